@@ -1,4 +1,5 @@
 // duplicate_count STORE [--criteria LIST] [--exclude FOLDER]...
+// duplicate_count STORE --list FOLDER
 //
 // Counts the duplicates in a store file by plain loops over its tables, without any code of the product: the
 // second opinion that end-to-end tests compare a scan with. Prints "total N", the number of matches that a
@@ -213,6 +214,14 @@ void Count(const Database& database, const Criteria& criteria, const std::set<st
         std::printf("%lld\n", static_cast<long long>(id));
 }
 
+void List(const Database& database, const std::string& folderName)
+{
+    for (const auto& row : database.Rows("SELECT m.id FROM message m JOIN folder f ON f.id = m.folder_id "
+                                         "WHERE f.name = '" +
+                                         folderName + "' ORDER BY m.id"))
+        std::printf("%s\n", row[0].c_str());
+}
+
 Criteria ParseCriteria(const std::string& list)
 {
     Criteria criteria;
@@ -232,6 +241,12 @@ int main(int argc, char** argv)
     {
         if (argc < 2 || argc % 2 != 0)
             throw std::runtime_error("usage: duplicate_count STORE [--criteria LIST] [--exclude FOLDER]...");
+        const Database database(argv[1]);
+        if (argc == 4 && std::string(argv[2]) == "--list")
+        {
+            List(database, argv[3]);
+            return 0;
+        }
         Criteria criteria;
         std::set<std::string> excluded;
         for (int i = 2; i + 1 < argc; i += 2)
@@ -241,7 +256,7 @@ int main(int argc, char** argv)
             else
                 excluded.insert(argv[i + 1]);
         }
-        Count(Database(argv[1]), criteria, excluded);
+        Count(database, criteria, excluded);
         return 0;
     }
     catch (const std::exception& error)
