@@ -1,0 +1,6 @@
+// Defines the interface ids that MAPI's headers only declare; no import library has them.
+#include <windows.h>
+
+#include <initguid.h>
+
+#include <mapiguid.h>
