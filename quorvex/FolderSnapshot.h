@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quorvex/MapiOwners.h"
+#include "quorvex/EntryId.h"
 #include "quorvex/RowIndex.h"
 #include "quorvex/SnapshotColumns.h"
 #include "quorvex/TextDigest.h"
@@ -20,11 +20,12 @@
 
 struct Restriction;
 
-// The messages of one folder as its contents table listed them, and the index that searches are answered from.
-// Rows are numbered from 0 in the table's order. The table is read on first use, in large batches; of each message
-// the snapshot keeps the entry id and digests, never its texts.
+// The messages of one folder as its contents table listed them, and the index that searches are answered
+// from. Rows are numbered from 0 in the table's order. The table is read on first use, in large batches; of
+// each message the snapshot keeps the entry id and digests, never its texts.
 //
-// Safe on any thread that is prepared for MAPI. Functions that ask the folder throw MapiError when it fails them.
+// Safe on any thread that is prepared for MAPI. Functions that ask the folder throw MapiError when it fails
+// them.
 class FolderSnapshot
 {
 public:
@@ -42,15 +43,16 @@ public:
     // PR_LONGTERM_ENTRYID_FROM_TABLE of a row; empty when the table has none for it.
     EntryIdBytes LongTermEntryId(std::size_t row);
 
-    // The rows that meet the restriction, ascending: exactly those that a walk over all rows would yield. A message
-    // that has gone since the table was read, or that cannot be read, meets no restriction that needs it opened.
+    // The rows that meet the restriction, ascending: exactly those that a walk over all rows would yield. A
+    // message that has gone since the table was read, or that cannot be read, meets no restriction that needs
+    // it opened.
     std::vector<std::uint32_t> Search(const Restriction& restriction);
 
     // The row's message, opened for reading.
     Microsoft::WRL::ComPtr<IMessage> OpenMessage(std::size_t row);
 
-    // Remembers the digest of a text property that a caller has read whole from the message with this entry id, so
-    // that a search need not read it again. False when the message is no row of this snapshot.
+    // Remembers the digest of a text property that a caller has read whole from the message with this entry
+    // id, so that a search need not read it again. False when the message is no row of this snapshot.
     bool NoteText(const EntryIdBytes& entryId, ULONG tag, std::wstring_view text);
 
     // True once the table has been read.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "quorvex/EntryId.h"
 #include "quorvex/FolderSnapshot.h"
-#include "quorvex/MapiOwners.h"
 #include "quorvex/TextDigest.h"
 
 #include <windows.h>
@@ -19,9 +19,10 @@
 
 // The snapshots of a session's folders, one for each folder, shared by every object that looks into it.
 //
-// A snapshot is good until this session changes something (its objects then call Invalidate) or until the folder's
-// message count or its PR_LOCAL_COMMIT_TIME_MAX differs from what it was when the snapshot was made; that is looked
-// at no more than once a second. Who holds a dropped snapshot may go on using it: it stays as it was.
+// A snapshot is good until this session changes something (its objects then call Invalidate) or until the
+// folder's message count or its PR_LOCAL_COMMIT_TIME_MAX differs from what it was when the snapshot was made;
+// that is looked at no more than once a second. Who holds a dropped snapshot may go on using it: it stays as
+// it was.
 //
 // Safe on any thread that is prepared for MAPI. Throws MapiError when the folder fails.
 class FolderSnapshotCache
@@ -35,14 +36,15 @@ public:
     // The folder is kept by the snapshot; `folderId` is what the folder is known by here.
     std::shared_ptr<FolderSnapshot> Get(IMAPIFolder* folder, const EntryIdBytes& folderId);
 
-    // The number of messages: of a snapshot that is still good, else PR_CONTENT_COUNT. Never reads rows unless the
-    // folder does not give its count.
+    // The number of messages: of a snapshot that is still good, else PR_CONTENT_COUNT. Never reads rows
+    // unless the folder does not give its count.
     std::size_t CountOf(IMAPIFolder* folder, const EntryIdBytes& folderId);
 
     void Invalidate(const EntryIdBytes& folderId);
     void InvalidateAll();
 
-    // Tells the snapshot that holds this message what a text property of it reads (see FolderSnapshot::NoteText).
+    // Tells the snapshot that holds this message what a text property of it reads (see
+    // FolderSnapshot::NoteText).
     void NoteText(const EntryIdBytes& messageId, ULONG tag, std::wstring_view text);
 
 private:
