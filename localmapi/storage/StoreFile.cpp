@@ -1,0 +1,100 @@
+#include "localmapi/storage/StoreFile.h"
+
+#include "localmapi/storage/StoreError.h"
+
+#include <chrono>
+#include <filesystem>
+
+namespace
+{
+constexpr std::int64_t expectedApplicationId = 0x544D5153;
+constexpr std::int64_t expectedVersion = 1;
+
+std::filesystem::path AsPath(const std::string& utf8)
+{
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+// SQLite would report a missing file as one that "cannot be opened".
+const std::string& RequireFile(const std::string& path)
+{
+    std::error_code ignored;
+    const auto status = std::filesystem::status(AsPath(path), ignored);
+    if (!std::filesystem::exists(status))
+        throw StoreError(StoreFault::FileMissing, "The mail store " + path + " does not exist.");
+    if (std::filesystem::is_directory(status))
+        throw StoreError(StoreFault::NotAStore, path + " is a folder and no mail store.");
+    return path;
+}
+
+void RequireFormat(Database& database, const std::string& path)
+{
+    if (database.ReadInteger("PRAGMA application_id") != expectedApplicationId)
+        throw StoreError(StoreFault::NotAStore, "The file " + path + " is no mail store.");
+    if (database.ReadInteger("PRAGMA user_version") != expectedVersion)
+        throw StoreError(StoreFault::NotAStore, "The mail store " + path + " is of another version.");
+}
+
+void ChooseJournal(Database& database)
+{
+    try
+    {
+        // Answers the journal it could get: a file system without shared memory keeps the rollback journal.
+        database.ReadInteger("PRAGMA journal_mode = WAL");
+    }
+    catch (const StoreError& error)
+    {
+        // Whoever has the file open now has chosen already, and a file that may only be read needs none.
+        if (error.fault != StoreFault::Busy && error.fault != StoreFault::ReadOnly)
+            throw;
+    }
+}
+}    // namespace
+
+std::shared_ptr<StoreFile> StoreFile::Open(const std::string& path)
+{
+    try
+    {
+        return std::make_shared<StoreFile>(path);
+    }
+    catch (const StoreError& error)
+    {
+        if (error.sqliteCode == 0)
+            throw;
+        throw StoreError(error.fault, "The mail store " + path + " cannot be opened. " + error.what(),
+                         error.sqliteCode);
+    }
+}
+
+StoreFile::StoreFile(const std::string& path) : database(RequireFile(path))
+{
+    database.Execute("PRAGMA busy_timeout = 10000");
+    RequireFormat(database, path);
+    ChooseJournal(database);
+    database.Execute("PRAGMA synchronous = FULL");
+    database.Execute("PRAGMA foreign_keys = ON");
+}
+
+StoredValue StoreFile::ReadSetting(const std::string& name)
+{
+    const Lease lease = Use();
+    Statement statement = lease->Prepare("SELECT value FROM setting WHERE name = ?");
+    statement.Bind(1, StoredValue(name));
+    return statement.Step() ? statement.Value(0) : StoredValue();
+}
+
+Blob StoreFile::ReadUid()
+{
+    const StoredValue uid = ReadSetting("store_uid");
+    const Blob* bytes = std::get_if<Blob>(&uid);
+    if (!bytes || bytes->size() != 16)
+        throw StoreError(StoreFault::NotAStore, "The mail store has lost its identity.");
+    return *bytes;
+}
+
+std::int64_t CurrentFileTime()
+{
+    constexpr std::int64_t unixEpoch = 116444736000000000;
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return unixEpoch + std::chrono::duration_cast<std::chrono::microseconds>(now).count() * 10;
+}
