@@ -1,0 +1,96 @@
+#include "quorvex/AutomationDate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace
+{
+constexpr std::int64_t ticksPerMillisecond = 10'000;
+constexpr std::int64_t millisecondsPerDay = 86'400'000;
+constexpr std::int64_t millisecondsPerMinute = 60'000;
+constexpr std::int64_t daysFrom1601To1899 =
+    109'205;                                   // 1601-01-01 to 1899-12-30, where automation dates start
+constexpr std::int64_t firstDay = -657'434;    // 0100-01-01
+constexpr std::int64_t lastDay = 2'958'465;    // 9999-12-31
+
+// Milliseconds since 1601-01-01, of a clock at Greenwich or of the local one.
+using Milliseconds = std::int64_t;
+
+Milliseconds MillisecondsOf(const FILETIME& time) noexcept
+{
+    const auto ticks =
+        static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
+    return ticks / ticksPerMillisecond + (ticks % ticksPerMillisecond >= ticksPerMillisecond / 2 ? 1 : 0);
+}
+
+FILETIME FileTimeOf(Milliseconds time) noexcept
+{
+    const auto ticks = static_cast<std::uint64_t>(std::max<Milliseconds>(time, 0) * ticksPerMillisecond);
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+bool RulesOf(Milliseconds time, SYSTEMTIME& fields, TIME_ZONE_INFORMATION& zone) noexcept
+{
+    const FILETIME fileTime = FileTimeOf(time);
+    return FileTimeToSystemTime(&fileTime, &fields) &&
+           GetTimeZoneInformationForYear(fields.wYear, nullptr, &zone);
+}
+
+Milliseconds LocalOf(Milliseconds utc) noexcept
+{
+    SYSTEMTIME utcFields, localFields;
+    TIME_ZONE_INFORMATION zone;
+    FILETIME local;
+    if (!RulesOf(utc, utcFields, zone) || !SystemTimeToTzSpecificLocalTime(&zone, &utcFields, &localFields) ||
+        !SystemTimeToFileTime(&localFields, &local))
+        return utc;
+    return MillisecondsOf(local);
+}
+
+Milliseconds UtcOf(Milliseconds local) noexcept
+{
+    SYSTEMTIME fields;
+    TIME_ZONE_INFORMATION zone;
+    if (!RulesOf(local, fields, zone))
+        return local;
+    const Milliseconds withStandard = local + (zone.Bias + zone.StandardBias) * millisecondsPerMinute;
+    const Milliseconds withDaylight = local + (zone.Bias + zone.DaylightBias) * millisecondsPerMinute;
+    for (const Milliseconds utc :
+         {std::min(withStandard, withDaylight), std::max(withStandard, withDaylight)})
+        if (LocalOf(utc) == local)
+            return utc;
+    return withStandard;    // skipped by the clocks
+}
+}    // namespace
+
+DATE LocalDateFromUtc(const FILETIME& utc) noexcept
+{
+    const Milliseconds local = LocalOf(MillisecondsOf(utc));
+    const Milliseconds sinceStart = local - daysFrom1601To1899 * millisecondsPerDay;
+    Milliseconds day = sinceStart / millisecondsPerDay;
+    Milliseconds inDay = sinceStart % millisecondsPerDay;
+    if (inDay < 0)
+    {
+        --day;
+        inDay += millisecondsPerDay;
+    }
+    if (day < firstDay || day > lastDay)
+        return noDate;
+    // Before 1899-12-30 the whole number counts down and the fraction still counts the hours up.
+    const double fraction = static_cast<double>(inDay) / millisecondsPerDay;
+    return static_cast<double>(day) + (day < 0 ? -fraction : fraction);
+}
+
+FILETIME UtcFromLocalDate(DATE local) noexcept
+{
+    if (std::isnan(local))
+        local = noDate;
+    const double inRange = std::clamp(local, static_cast<double>(firstDay), lastDay + 1.0);
+    const double day = std::trunc(inRange);
+    const double inDay = std::round(std::abs(inRange - day) * millisecondsPerDay);
+    const Milliseconds sinceStart =
+        static_cast<Milliseconds>(day) * millisecondsPerDay + static_cast<Milliseconds>(inDay);
+    const Milliseconds sinceMapiStart = sinceStart + daysFrom1601To1899 * millisecondsPerDay;
+    return FileTimeOf(sinceMapiStart < 0 ? 0 : UtcOf(sinceMapiStart));
+}
