@@ -1,0 +1,51 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+
+// Whole seconds since 1970-01-01 UTC.
+using UnixSeconds = std::int64_t;
+
+UnixSeconds CurrentUnixSeconds() noexcept;
+
+// A zone's rules for local time. The system decides about daylight saving, by the rules of the year in
+// question; Windows' own zone rules are used, not the C runtime's, which knows only the present year's and
+// takes a Unix value of the variable TZ for its own. A local time that a change to daylight saving leaves out
+// counts as daylight time, so its hour comes back as the one before; one that occurs twice counts as standard
+// time when the system says so. Keeps what it has looked up: one thread at a time.
+class TimeZone
+{
+public:
+    TimeZone() = default;    // the system's present zone
+    explicit TimeZone(const TIME_ZONE_INFORMATION& rules)
+        : everyYear(rules) {}    // the same rules for every year
+
+    // Local calendar time, without milliseconds; nothing when the instant cannot be expressed.
+    std::optional<SYSTEMTIME> ToLocal(UnixSeconds instant) const;
+    // Milliseconds are dropped; nothing when it is no calendar time.
+    std::optional<UnixSeconds> ToInstant(const SYSTEMTIME& local) const;
+
+private:
+    const TIME_ZONE_INFORMATION* RulesOf(WORD year) const;
+
+    std::optional<TIME_ZONE_INFORMATION> everyYear;
+    mutable std::map<WORD, TIME_ZONE_INFORMATION> rulesByYear;
+};
+
+// An automation date in local time. Invalid when the instant has no local calendar time, or when the date
+// does not give the same second back.
+struct LocalDate
+{
+    DATE value = 0;
+    bool valid = false;
+};
+
+LocalDate ToLocalDate(UnixSeconds instant, const TimeZone& zone);
+
+// The calendar fields of an automation date, rounded to seconds; nothing when it is out of range.
+std::optional<SYSTEMTIME> CalendarOf(DATE date);
