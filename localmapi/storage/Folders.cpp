@@ -18,6 +18,7 @@ struct FolderColumn
 
 constexpr FolderColumn columns[] = {
     {tag::storedFolderId, "r.id", nullptr},
+    {tag::storedParentId, "ifnull(r.parent_id, r.id)", nullptr},    // the root is its own parent
     {tag::displayName, "r.name", "name"},
     {tag::comment, "r.comment", "comment"},
     {tag::containerClass, "r.container_class", "container_class"},
@@ -138,19 +139,10 @@ std::vector<std::uint32_t> FolderTags()
     std::vector<std::uint32_t> tags;
     for (const FolderColumn& column : columns)
     {
-        if (column.tag != tag::storedFolderId)
+        if (column.tag != tag::storedFolderId && column.tag != tag::storedParentId)
             tags.push_back(column.tag);
     }
     return tags;
-}
-
-std::int64_t ParentOf(StoreFile& file, std::int64_t id)
-{
-    const StoreFile::Lease lease = file.Use();
-    Statement statement = lease->Prepare("SELECT ifnull(parent_id, id) FROM folder WHERE id = ?");
-    if (!statement.Bind(1, id).Step())
-        ThrowNoSuchFolder();
-    return statement.Integer(0);
 }
 
 std::int64_t FindFolder(StoreFile& file, std::int64_t parentId, const std::string& name)

@@ -18,7 +18,12 @@ inline constexpr std::int64_t inbox = 3;
 inline constexpr std::int64_t outbox = 4;
 inline constexpr std::int64_t sentItems = 5;
 inline constexpr std::int64_t deletedItems = 6;
-inline constexpr std::int64_t lastSpecial = 11;
+inline constexpr std::int64_t calendar = 7;
+inline constexpr std::int64_t contacts = 8;
+inline constexpr std::int64_t tasks = 9;
+inline constexpr std::int64_t journal = 10;
+inline constexpr std::int64_t notes = 11;
+inline constexpr std::int64_t lastSpecial = notes;
 }    // namespace folder_id
 
 struct FolderPlace
@@ -31,12 +36,12 @@ struct FolderPlace
 // followed by what is below it.
 std::vector<FolderPlace> ListFolders(StoreFile& file, std::int64_t parentId, bool deep);
 
-// Values of folders by stored tag; tag::storedFolderId and the properties of FolderTags() have values.
-// values[row * tags.size() + column]; monostate everywhere for a folder that is not there.
+// Values of folders by stored tag; tag::storedFolderId, tag::storedParentId and the properties of
+// FolderTags() have values. values[row * tags.size() + column]; monostate everywhere for a folder that is not
+// there.
 std::vector<StoredValue> ReadFolderRows(StoreFile& file, std::span<const std::int64_t> ids,
                                         std::span<const std::uint32_t> tags);
 std::vector<std::uint32_t> FolderTags();
-std::int64_t ParentOf(StoreFile& file, std::int64_t id);    // the root is its own; throws NoSuchFolder
 
 // The child of that name, ASCII letters' case ignored; 0 when there is none.
 std::int64_t FindFolder(StoreFile& file, std::int64_t parentId, const std::string& name);

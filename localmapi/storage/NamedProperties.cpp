@@ -7,7 +7,7 @@
 namespace
 {
 constexpr std::int64_t firstId = 0x8000;
-constexpr std::int64_t lastId = 0xFFFD;    // the store's own tags stand above
+constexpr std::int64_t lastId = 0xFFFC;    // the store's own tags stand above
 
 // The columns lid and name: one of them NULL.
 std::pair<StoredValue, StoredValue> ColumnsOf(const PropertyName& name)

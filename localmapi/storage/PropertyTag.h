@@ -53,12 +53,16 @@ inline constexpr std::uint32_t ipmSubtreeEntryId = 0x35E00102;
 inline constexpr std::uint32_t ipmOutboxEntryId = 0x35E20102;
 inline constexpr std::uint32_t ipmWastebasketEntryId = 0x35E40102;
 inline constexpr std::uint32_t ipmSentmailEntryId = 0x35E30102;
-inline constexpr std::uint32_t containerFlags = 0x36000003;
 inline constexpr std::uint32_t folderType = 0x36010003;
 inline constexpr std::uint32_t contentCount = 0x36020003;
 inline constexpr std::uint32_t contentUnread = 0x36030003;
 inline constexpr std::uint32_t subfolders = 0x360A000B;
 inline constexpr std::uint32_t containerClass = 0x3613001F;
+inline constexpr std::uint32_t ipmAppointmentEntryId = 0x36D00102;
+inline constexpr std::uint32_t ipmContactEntryId = 0x36D10102;
+inline constexpr std::uint32_t ipmJournalEntryId = 0x36D20102;
+inline constexpr std::uint32_t ipmNoteEntryId = 0x36D30102;
+inline constexpr std::uint32_t ipmTaskEntryId = 0x36D40102;
 inline constexpr std::uint32_t attachDataBin = 0x37010102;
 inline constexpr std::uint32_t attachExtension = 0x3703001F;
 inline constexpr std::uint32_t attachFilename = 0x3704001F;
@@ -68,13 +72,15 @@ inline constexpr std::uint32_t renderingPosition = 0x370B0003;
 inline constexpr std::uint32_t attachMimeTag = 0x370E001F;
 inline constexpr std::uint32_t attachContentId = 0x3712001F;
 inline constexpr std::uint32_t defaultStore = 0x3400000B;
+inline constexpr std::uint32_t resourceType = 0x3E030003;
 inline constexpr std::uint32_t longTermEntryIdFromTable = 0x66700102;
 inline constexpr std::uint32_t localCommitTimeMax = 0x670A0040;
 
-// The numbers by which the file knows a message and its folder. Their id is PROP_ID_INVALID and the one
-// below it, which no property has, so that they are never seen outside.
+// The numbers by which the file knows a message or a folder. Their ids are PROP_ID_INVALID and those below
+// it, which are given to no named property: they are never seen outside.
 inline constexpr std::uint32_t storedMessageId = 0xFFFF0014;
 inline constexpr std::uint32_t storedFolderId = 0xFFFE0014;
+inline constexpr std::uint32_t storedParentId = 0xFFFD0014;
 
 constexpr std::uint32_t IdOf(std::uint32_t tag)
 {
@@ -85,11 +91,4 @@ constexpr std::uint32_t TypeOf(std::uint32_t tag)
     return tag & 0xFFFF;
 }
 
-// The form in which the file knows the tag: text of either string type is Unicode text.
-constexpr std::uint32_t Stored(std::uint32_t tag)
-{
-    constexpr std::uint32_t string8 = 0x1E;
-    constexpr std::uint32_t unicode = 0x1F;
-    return TypeOf(tag) == string8 ? (tag & 0xFFFF0000) | unicode : tag;
-}
 }    // namespace tag

@@ -1,0 +1,228 @@
+#include "localmapi/storage/MessageDraft.h"
+
+#include "localmapi/storage/MessageColumns.h"
+#include "localmapi/storage/MessageMoves.h"
+
+#include <algorithm>
+
+namespace
+{
+std::vector<std::uint32_t> ShortColumnTags()
+{
+    std::vector<std::uint32_t> tags;
+    for (const MessageColumn& column : MessageColumns())
+    {
+        if (!IsMessageText(column.tag))
+            tags.push_back(column.tag);
+    }
+    return tags;
+}
+
+bool IsStoresOwn(std::uint32_t tag)
+{
+    return tag == tag::storedMessageId || tag == tag::storedFolderId;
+}
+}    // namespace
+
+std::shared_ptr<MessageDraft> MessageDraft::Open(std::shared_ptr<StoreFile> file, std::int64_t id)
+{
+    auto draft = std::make_shared<MessageDraft>(std::move(file), id, 0);
+    draft->LoadColumns();
+    return draft;
+}
+
+std::shared_ptr<MessageDraft> MessageDraft::Make(std::shared_ptr<StoreFile> file, std::int64_t folderId)
+{
+    return std::make_shared<MessageDraft>(std::move(file), 0, folderId);
+}
+
+MessageDraft::MessageDraft(std::shared_ptr<StoreFile> file, std::int64_t id, std::int64_t folderId)
+    : file(std::move(file)),
+      id(id),
+      folderId(folderId)
+{
+}
+
+std::int64_t MessageDraft::Id()
+{
+    const std::lock_guard lock(mutex);
+    return id;
+}
+
+std::int64_t MessageDraft::FolderId()
+{
+    const std::lock_guard lock(mutex);
+    return folderId;
+}
+
+std::vector<StoredValue> MessageDraft::Read(std::span<const std::uint32_t> tags)
+{
+    const std::lock_guard lock(mutex);
+    LoadMissing(tags);
+    std::vector<StoredValue> values;
+    values.reserve(tags.size());
+    for (const std::uint32_t tag : tags)
+        values.push_back(Known(tag));
+    return values;
+}
+
+std::vector<std::uint32_t> MessageDraft::ListTags()
+{
+    const std::lock_guard lock(mutex);
+    std::set<std::uint32_t> tags;
+    for (const auto& [tag, value] : loaded)
+    {
+        if (!IsStoresOwn(tag) && !std::holds_alternative<std::monostate>(value))
+            tags.insert(tag);
+    }
+    if (id != 0)
+    {
+        const std::vector<std::uint32_t> further = ListFurtherTags(*file, id);
+        tags.insert(further.begin(), further.end());
+    }
+    for (const auto& [tag, value] : changes.properties)
+    {
+        if (std::holds_alternative<std::monostate>(value))
+            tags.erase(tag);
+        else
+            tags.insert(tag);
+    }
+    return {tags.begin(), tags.end()};
+}
+
+void MessageDraft::Set(std::uint32_t tag, StoredValue value)
+{
+    const std::lock_guard lock(mutex);
+    changes.properties.insert_or_assign(tag, std::move(value));
+}
+
+std::vector<Recipient> MessageDraft::Recipients()
+{
+    const std::lock_guard lock(mutex);
+    if (changes.recipients)
+        return *changes.recipients;
+    return id == 0 ? std::vector<Recipient>() : ReadRecipients(*file, id);
+}
+
+void MessageDraft::SetRecipients(std::vector<Recipient> recipients)
+{
+    const std::lock_guard lock(mutex);
+    changes.recipients = std::move(recipients);
+}
+
+std::map<std::int64_t, Attachment> MessageDraft::Attachments()
+{
+    const std::lock_guard lock(mutex);
+    return CurrentAttachments();
+}
+
+StoredValue MessageDraft::AttachmentData(std::int64_t number)
+{
+    const std::lock_guard lock(mutex);
+    const auto changed = changes.attachments.find(number);
+    if (changed != changes.attachments.end() && changed->second.data)
+        return *changed->second.data;
+    return id == 0 ? StoredValue() : ReadAttachmentData(*file, id, number);
+}
+
+std::int64_t MessageDraft::ReserveAttachmentNumber()
+{
+    const std::lock_guard lock(mutex);
+    const std::map<std::int64_t, Attachment> stored =
+        id == 0 ? std::map<std::int64_t, Attachment>() : ReadAttachments(*file, id);
+    if (!stored.empty())
+        nextAttachmentNumber = std::max(nextAttachmentNumber, stored.rbegin()->first + 1);
+    return nextAttachmentNumber++;
+}
+
+void MessageDraft::PutAttachment(std::int64_t number, AttachmentChange change)
+{
+    const std::lock_guard lock(mutex);
+    // A content put earlier and not saved yet is not in the file to stay what it was.
+    const auto earlier = changes.attachments.find(number);
+    if (!change.data && earlier != changes.attachments.end())
+        change.data = std::move(earlier->second.data);
+    if (change.data)
+        change.record.size = static_cast<std::int64_t>(change.data->size());
+    changes.deletedAttachments.erase(number);
+    changes.attachments.insert_or_assign(number, std::move(change));
+}
+
+bool MessageDraft::DeleteAttachment(std::int64_t number)
+{
+    const std::lock_guard lock(mutex);
+    if (!CurrentAttachments().contains(number))
+        return false;
+    changes.attachments.erase(number);
+    changes.deletedAttachments.insert(number);
+    return true;
+}
+
+void MessageDraft::SetRead(bool read)
+{
+    const std::lock_guard lock(mutex);
+    SetMessagesRead(*file, folderId, {&id, 1}, read);
+    LoadColumns();
+}
+
+void MessageDraft::Save()
+{
+    const std::lock_guard lock(mutex);
+    if (id == 0)
+        id = CreateMessage(*file, folderId, changes);
+    else
+        UpdateMessage(*file, id, changes);
+    changes = {};
+    loaded.clear();
+    LoadColumns();
+}
+
+// Also tells whether the message is there at all.
+void MessageDraft::LoadColumns()
+{
+    static const std::vector<std::uint32_t> tags = ShortColumnTags();
+    std::vector<StoredValue> values = ReadMessage(*file, id, tags);
+    for (std::size_t i = 0; i < tags.size(); ++i)
+        loaded.insert_or_assign(tags[i], std::move(values[i]));
+    folderId = std::get<std::int64_t>(loaded.at(tag::storedFolderId));
+}
+
+// One statement for all that is asked and not known yet; who reads one of the texts mostly wants both.
+void MessageDraft::LoadMissing(std::span<const std::uint32_t> tags)
+{
+    std::set<std::uint32_t> missing;
+    for (const std::uint32_t tag : tags)
+    {
+        if (!loaded.contains(tag) && !changes.properties.contains(tag))
+            missing.insert(tag);
+    }
+    if (missing.empty() || id == 0)
+        return;
+    if (std::any_of(missing.begin(), missing.end(), IsMessageText))
+        missing.insert({tag::transportMessageHeaders, tag::body});
+    const std::vector<std::uint32_t> asked(missing.begin(), missing.end());
+    std::vector<StoredValue> values = ReadMessage(*file, id, asked);
+    for (std::size_t i = 0; i < asked.size(); ++i)
+        loaded.insert_or_assign(asked[i], std::move(values[i]));
+}
+
+StoredValue MessageDraft::Known(std::uint32_t tag) const
+{
+    if (const auto changed = changes.properties.find(tag); changed != changes.properties.end())
+        return changed->second;
+    if (const auto found = loaded.find(tag); found != loaded.end())
+        return found->second;
+    return {};
+}
+
+std::map<std::int64_t, Attachment> MessageDraft::CurrentAttachments()
+{
+    std::map<std::int64_t, Attachment> attachments;
+    if (id != 0)
+        attachments = ReadAttachments(*file, id);
+    for (const std::int64_t number : changes.deletedAttachments)
+        attachments.erase(number);
+    for (const auto& [number, change] : changes.attachments)
+        attachments.insert_or_assign(number, change.record);
+    return attachments;
+}
