@@ -4,31 +4,46 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <span>
 #include <string_view>
 
 namespace
 {
-struct Word
+struct SpanWord
 {
     const wchar_t* text;
     int index;
 };
 
-constexpr Word timeSpans[] = {
-    {L"anytime", 10}, {L"1d", 0},  {L"2d", 1},  {L"5d", 2},   {L"10d", 3}, {L"20d", 4},
-    {L"30d", 5},      {L"50d", 6}, {L"75d", 7}, {L"100d", 8}, {L"1y", 9},
+constexpr SpanWord timeSpans[] = {
+    {L"anytime", timeSpanAnytime},
+    {L"1d", 0},
+    {L"2d", 1},
+    {L"5d", 2},
+    {L"10d", 3},
+    {L"20d", 4},
+    {L"30d", 5},
+    {L"50d", 6},
+    {L"75d", 7},
+    {L"100d", 8},
+    {L"1y", 9},
 };
 
-constexpr int reportOnly = -1;
-constexpr Word actions[] = {
-    {L"report", reportOnly},
-    {L"flag", 4},
-    {L"expire", 1},
-    {L"copy", action::copy},
-    {L"move", action::move},
-    {L"delete", 0},
-    {L"delete-permanently", action::deletePermanently},
+struct ActionWord
+{
+    const wchar_t* text;
+    std::optional<DuplicateAction> action;
+};
+
+constexpr ActionWord actions[] = {
+    {L"report", std::nullopt},
+    {L"flag", DuplicateAction::markWithFlag},
+    {L"expire", DuplicateAction::markAsExpired},
+    {L"copy", DuplicateAction::copyToFolder},
+    {L"move", DuplicateAction::moveToFolder},
+    {L"delete", DuplicateAction::moveToDeletedItems},
+    {L"delete-permanently", DuplicateAction::deletePermanently},
 };
 
 struct Criterion
@@ -63,9 +78,9 @@ std::wstring ListWords(std::span<const Entry> entries)
 
 void SetTimeSpan(ScanOptions& options, const std::wstring& value)
 {
-    const Word* span = FindWord<Word>(timeSpans, value);
+    const SpanWord* span = FindWord<SpanWord>(timeSpans, value);
     if (!span)
-        throw UsageError(Quoted(value) + L" is no time span: --span takes " + ListWords<Word>(timeSpans));
+        throw UsageError(Quoted(value) + L" is no time span: --span takes " + ListWords<SpanWord>(timeSpans));
     options.timeSpan = span->index;
 }
 
@@ -95,10 +110,10 @@ void SetCriteria(ScanOptions& options, const std::wstring& value)
 
 void SetAction(ScanOptions& options, const std::wstring& value)
 {
-    const Word* chosen = FindWord<Word>(actions, value);
+    const ActionWord* chosen = FindWord<ActionWord>(actions, value);
     if (!chosen)
-        throw UsageError(Quoted(value) + L" is no action: --action takes " + ListWords<Word>(actions));
-    options.action = chosen->index == reportOnly ? std::nullopt : std::optional(chosen->index);
+        throw UsageError(Quoted(value) + L" is no action: --action takes " + ListWords<ActionWord>(actions));
+    options.action = chosen->action;
 }
 
 struct OptionRule
@@ -254,10 +269,11 @@ private:
     void CheckScan() const
     {
         const ScanOptions& scan = command.scan;
-        const bool needsFolder = scan.action == action::copy || scan.action == action::move;
+        const bool needsFolder =
+            scan.action == DuplicateAction::copyToFolder || scan.action == DuplicateAction::moveToFolder;
         if (needsFolder && scan.destination.empty())
         {
-            const std::wstring verb = scan.action == action::copy ? L"copy" : L"move";
+            const std::wstring verb = scan.action == DuplicateAction::copyToFolder ? L"copy" : L"move";
             throw UsageError(L"--action " + verb + L" lacks the folder to " + verb + L" to: add --to FOLDER");
         }
         if (!needsFolder && !scan.destination.empty())

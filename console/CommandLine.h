@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/ScanSettings.h"
+
 #include <exception>
 #include <optional>
 #include <string>
@@ -15,20 +17,20 @@ enum class Task
     scan,
 };
 
-// The choices of a scan. Indexes are those of the settings' lists of time spans and actions.
+// The choices of a scan.
 struct ScanOptions
 {
     std::vector<std::wstring> folders;     // paths as written; none means every folder
     std::vector<std::wstring> excluded;    // paths as written
-    int timeSpan = 10;                     // "Anytime"
+    int timeSpan = timeSpanAnytime;        // index of the list of time spans
     bool senderName = false;
     bool recipientName = false;
     bool internetHeader = false;
     bool attachments = false;
     bool sendTime = false;
-    std::optional<int> action;    // none: report only
-    std::wstring destination;     // path as written; empty unless the action copies or moves
-    std::wstring logFile;         // empty: no log
+    std::optional<DuplicateAction> action;    // none: report only
+    std::wstring destination;                 // path as written; empty unless the action copies or moves
+    std::wstring logFile;                     // empty: no log
     bool quiet = false;
     bool yes = false;    // delete for good without a question
 };
@@ -38,14 +40,6 @@ struct Command
     Task task = Task::help;
     ScanOptions scan;
 };
-
-// Indexes of the actions that the console treats by themselves.
-namespace action
-{
-inline constexpr int copy = 2;
-inline constexpr int move = 3;
-inline constexpr int deletePermanently = 5;
-}    // namespace action
 
 // Input that cannot be carried out. The text is one line without an end: what was wrong and what would be
 // right.

@@ -170,9 +170,9 @@ std::vector<std::wstring> FolderPaths::ListChildren(int parent) const
 std::wstring FolderPaths::DescribeFailure(std::wstring_view path, const Match& match) const
 {
     const std::wstring text = L"there is no folder " + Quoted(path);
-    const std::vector<std::wstring> near =
+    const std::vector<std::wstring> siblings =
         nodes.empty() ? std::vector<std::wstring>() : ListChildren(match.nearest);
-    if (near.empty())
+    if (siblings.empty())
         return text + L": \"tqodr folders\" shows those that there are";
-    return text + L": \"tqodr folders\" shows those that there are, such as " + JoinAlternatives(near);
+    return text + L": \"tqodr folders\" shows those that there are, such as " + JoinAlternatives(siblings);
 }

@@ -124,7 +124,7 @@ TEST_P(ActionWords, NamesAnEntryOfTheListOfActions)
     if (GetParam().index == 2 || GetParam().index == 3)
         words.insert(words.end(), {L"--to", L"Inbox"});
 
-    EXPECT_EQ(Parse(words).scan.action, GetParam().index);
+    EXPECT_EQ(Parse(words).scan.action, static_cast<DuplicateAction>(GetParam().index));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryWord, ActionWords,

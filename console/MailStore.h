@@ -1,0 +1,42 @@
+#pragma once
+
+#include "console/ConsoleFolderTree.h"
+#include "console/FolderPaths.h"
+#include "engine/ScanState.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+
+// The mail store, or its folders, cannot be reached. The text is one line without an end.
+class StoreError : public std::exception
+{
+public:
+    explicit StoreError(std::wstring text) : text(std::move(text)) {}
+
+    const std::wstring& GetText() const noexcept { return text; }
+    const char* what() const noexcept override { return "the mail store cannot be opened"; }
+
+private:
+    std::wstring text;
+};
+
+// COM on this thread.
+class ComApartment
+{
+public:
+    ComApartment();    // throws StoreError
+    ComApartment(const ComApartment&) = delete;
+    ComApartment& operator=(const ComApartment&) = delete;
+    ~ComApartment();
+};
+
+// Creates the session, logs on, opens the default store and walks its folders into `state` and `tree`, until
+// a stop is requested. Throws StoreError. COM must be there on this thread for as long as `state`.
+void LoadFolders(ScanState& state, ConsoleFolderTree& tree);
+
+// The records of `state.folders`, under their indexes.
+FolderPaths MakeFolderPaths(const ScanState& state, const ConsoleFolderTree& tree);
+
+// The number of items that the walk counted in the folder.
+long long GetItemCount(const FOLDER_INFO& folder, const ConsoleFolderTree& tree);

@@ -1,0 +1,20 @@
+#include "console/SystemMessage.h"
+
+#include "console/Text.h"
+
+#include <array>
+#include <cwchar>
+#include <string_view>
+
+std::wstring SystemMessage(DWORD code)
+{
+    std::array<wchar_t, 512> buffer{};
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        code, 0, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
+    std::wstring text = OnOneLine(std::wstring_view(buffer.data(), length));
+    text.erase(text.find_last_not_of(L" .") + 1);
+    if (!text.empty())
+        return text;
+    const int digits = std::swprintf(buffer.data(), buffer.size(), L"error 0x%08lX", code);
+    return std::wstring(buffer.data(), static_cast<std::size_t>(digits));
+}
