@@ -1,12 +1,12 @@
 #include "localmapi/MapiTable.h"
 
+#include "localmapi/Arguments.h"
 #include "localmapi/ComBoundary.h"
 #include "localmapi/ComObject.h"
 #include "localmapi/MapiMemory.h"
 #include "localmapi/PropertyConversion.h"
 #include "localmapi/TableRows.h"
 
-#include <mapicode.h>
 #include <mapitags.h>
 
 #include <algorithm>
@@ -14,20 +14,6 @@
 
 namespace
 {
-template <typename T>
-T& Given(T* pointer)
-{
-    if (!pointer)
-        throw MapiError(MAPI_E_INVALID_PARAMETER);
-    return *pointer;
-}
-
-void RequireKnownFlags(ULONG flags, ULONG known)
-{
-    if (flags & ~known)
-        throw MapiError(MAPI_E_UNKNOWN_FLAGS);
-}
-
 ULONG AsCount(std::size_t count)
 {
     return static_cast<ULONG>(std::min<std::size_t>(count, std::numeric_limits<LONG>::max()));
@@ -61,15 +47,15 @@ public:
     STDMETHODIMP QuerySortOrder(LPSSortOrderSet* criteria) noexcept override;
     STDMETHODIMP QueryRows(LONG rowCount, ULONG flags, LPSRowSet* rowSet) noexcept override;
     STDMETHODIMP Abort() noexcept override { return S_OK; }    // nothing runs on between two calls
-    STDMETHODIMP ExpandRow(ULONG, LPBYTE, ULONG, ULONG, LPSRowSet*, ULONG*) noexcept override
+    STDMETHODIMP ExpandRow(ULONG, LPBYTE, ULONG, ULONG, LPSRowSet* rowSet, ULONG*) noexcept override
     {
-        return MAPI_E_NO_SUPPORT;
+        return NoSupport(rowSet);
     }
     STDMETHODIMP CollapseRow(ULONG, LPBYTE, ULONG, ULONG*) noexcept override { return MAPI_E_NO_SUPPORT; }
     STDMETHODIMP WaitForCompletion(ULONG flags, ULONG timeout, ULONG* status) noexcept override;
-    STDMETHODIMP GetCollapseState(ULONG, ULONG, LPBYTE, ULONG*, LPBYTE*) noexcept override
+    STDMETHODIMP GetCollapseState(ULONG, ULONG, LPBYTE, ULONG*, LPBYTE* state) noexcept override
     {
-        return MAPI_E_NO_SUPPORT;
+        return NoSupport(state);
     }
     STDMETHODIMP SetCollapseState(ULONG, ULONG, LPBYTE, BOOKMARK*) noexcept override
     {

@@ -1,6 +1,6 @@
 #include "localmapi/PropertyConversion.h"
 
-#include "localmapi/ComBoundary.h"
+#include "localmapi/Arguments.h"
 #include "localmapi/MapiMemory.h"
 #include "localmapi/TextConversion.h"
 
@@ -111,19 +111,13 @@ bool FillValue(SPropValue& property, const StoredValue& value, void* owner)
     return FillBytes(property, std::get<Blob>(value), owner);
 }
 
-template <typename T>
-const T* Promised(const T* data)
-{
-    if (!data)
-        throw MapiError(MAPI_E_INVALID_PARAMETER);
-    return data;
-}
-
 Blob BytesOf(const void* data, std::size_t size)
 {
     if (size == 0)
         return {};
-    const auto* const bytes = static_cast<const std::uint8_t*>(Promised(data));
+    if (!data)
+        throw MapiError(MAPI_E_INVALID_PARAMETER);
+    const auto* const bytes = static_cast<const std::uint8_t*>(data);
     return Blob(bytes, bytes + size);
 }
 
@@ -177,9 +171,9 @@ StoredValue StoredValueOf(const SPropValue& property)
     case PT_APPTIME:
         return value.dbl;
     case PT_UNICODE:
-        return Utf8FromWide(Promised(value.lpszW));
+        return Utf8FromWide(&Given(value.lpszW));
     case PT_STRING8:
-        return Utf8FromWide(WideFromAnsi(Promised(value.lpszA)));
+        return Utf8FromWide(WideFromAnsi(&Given(value.lpszA)));
     case PT_BINARY:
         return BytesOf(value.bin.lpb, value.bin.cb);
     case PT_CLSID:

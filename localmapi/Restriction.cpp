@@ -1,10 +1,8 @@
 #include "localmapi/Restriction.h"
 
-#include "localmapi/ComBoundary.h"
+#include "localmapi/Arguments.h"
 #include "localmapi/PropertyConversion.h"
 #include "localmapi/ValueComparison.h"
-
-#include <mapicode.h>
 
 #include <algorithm>
 
@@ -13,14 +11,6 @@ namespace
 // More than any client nests, and far from what the stack bears.
 constexpr int deepest = 256;
 constexpr std::size_t batchSize = 512;
-
-template <typename T>
-const T& Given(const T* pointer)
-{
-    if (!pointer)
-        throw MapiError(MAPI_E_INVALID_PARAMETER);
-    return *pointer;
-}
 
 ULONG CheckedRelop(ULONG relop)
 {
