@@ -18,6 +18,13 @@ inline std::span<const std::uint8_t> BytesOf(const SBinary& binary) noexcept
     return {binary.lpb, binary.lpb ? binary.cb : 0};
 }
 
+// A copy of them.
+inline EntryIdBytes IdOf(const SBinary& binary)
+{
+    const auto bytes = BytesOf(binary);
+    return {bytes.begin(), bytes.end()};
+}
+
 // Automation shows entry ids as upper-case hexadecimal text, two digits a byte, nothing between them.
 std::wstring ToHex(std::span<const std::uint8_t> bytes);
 

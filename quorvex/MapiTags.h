@@ -1,0 +1,16 @@
+#pragma once
+
+#include <windows.h>
+
+#include <mapidefs.h>
+#include <mapitags.h>
+
+// Message properties that Outlook defined and MAPI's own headers do not list.
+namespace tag
+{
+inline constexpr ULONG flagStatus = PROP_TAG(PT_LONG, 0x1090);    // 0 none, 1 complete, 2 flagged
+
+// The flag's text is a named property; its tag differs from store to store.
+inline constexpr GUID commonPropertySet = {0x00062008, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+inline constexpr LONG flagTextId = 0x8530;
+}    // namespace tag
