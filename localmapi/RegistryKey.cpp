@@ -38,7 +38,6 @@ void RegistryKey::DeleteTree(HKEY root, const std::wstring& path)
 
 std::optional<std::wstring> RegistryKey::ReadText(const std::wstring& name) const
 {
-    constexpr DWORD flags = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ;
     std::wstring text(MAX_PATH, L'\0');
     DWORD size = 0;
     LSTATUS status = ERROR_MORE_DATA;
@@ -46,7 +45,7 @@ std::optional<std::wstring> RegistryKey::ReadText(const std::wstring& name) cons
     while (status == ERROR_MORE_DATA)
     {
         size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-        status = RegGetValueW(key.get(), nullptr, name.c_str(), flags, nullptr, text.data(), &size);
+        status = RegGetValueW(key.get(), nullptr, name.c_str(), RRF_RT_REG_SZ, nullptr, text.data(), &size);
         if (status == ERROR_MORE_DATA)
             text.resize(text.size() * 2);
     }

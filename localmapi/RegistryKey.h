@@ -19,7 +19,8 @@ public:
     // Removes the key with all below it; one that is not there is no failure.
     static void DeleteTree(HKEY root, const std::wstring& path);
 
-    // A REG_SZ or REG_EXPAND_SZ value; an empty name is the key's default value. Null when there is none.
+    // A REG_SZ value, or a REG_EXPAND_SZ one expanded; an empty name is the key's default value. Null when
+    // there is none of these types.
     std::optional<std::wstring> ReadText(const std::wstring& name) const;
     void WriteText(const std::wstring& name, const std::wstring& text) const;    // as REG_SZ
     void DeleteValue(const std::wstring& name) const;    // one not there is no failure
