@@ -1,8 +1,9 @@
 #pragma once
 
 #include "quorvex/EntryId.h"
+#include "quorvex/Restriction.h"
 #include "quorvex/RowIndex.h"
-#include "quorvex/SnapshotColumns.h"
+#include "quorvex/SnapshotRows.h"
 #include "quorvex/TextDigest.h"
 
 #include <windows.h>
@@ -18,8 +19,6 @@
 #include <string_view>
 #include <vector>
 
-struct Restriction;
-
 // The messages of one folder as its contents table listed them, and the index that searches are answered
 // from. Rows are numbered from 0 in the table's order. The table is read on first use, in large batches; of
 // each message the snapshot keeps the entry id and digests, never its texts.
@@ -31,13 +30,12 @@ class FolderSnapshot
 public:
     // The digests of all snapshots of a session are made with one key.
     FolderSnapshot(Microsoft::WRL::ComPtr<IMAPIFolder> folder, std::shared_ptr<const TextDigester> digester);
-    ~FolderSnapshot();
     FolderSnapshot(const FolderSnapshot&) = delete;
     FolderSnapshot& operator=(const FolderSnapshot&) = delete;
 
     std::size_t Count();
 
-    // PR_ENTRYID of a row; throws std::out_of_range when there is no such row.
+    // PR_ENTRYID of a row; throws MapiError when there is no such row.
     EntryIdBytes EntryId(std::size_t row);
 
     // PR_LONGTERM_ENTRYID_FROM_TABLE of a row; empty when the table has none for it.
@@ -52,20 +50,17 @@ public:
     Microsoft::WRL::ComPtr<IMessage> OpenMessage(std::size_t row);
 
     // Remembers the digest of a text property that a caller has read whole from the message with this entry
-    // id, so that a search need not read it again. False when the message is no row of this snapshot.
+    // id, so that a search need not read it again. `tag` is the PT_UNICODE one. False when the message is no
+    // row of this snapshot.
     bool NoteText(const EntryIdBytes& entryId, ULONG tag, std::wstring_view text);
 
     // True once the table has been read.
     bool IsLoaded() const;
 
 private:
-    class RowView;
+    std::uint32_t CheckedRow(std::size_t row);
 
-    void Load();
-    std::optional<std::uint32_t> RowOf(const EntryIdBytes& entryId) const;
-
-    mutable std::mutex mutex;    // guards everything below
-    Microsoft::WRL::ComPtr<IMAPIFolder> folder;
-    std::shared_ptr<const TextDigester> digester;
-    bool loaded = false;
+    mutable std::mutex mutex;    // guards the rows and the index
+    SnapshotRows rows;
+    RowIndex index;
 };

@@ -65,7 +65,7 @@ private:
     };
 
     static FolderState ReadState(IMAPIFolder* folder);
-    Entry* FindGood(IMAPIFolder* folder, const EntryIdBytes& folderId);
+    Entry& GoodEntry(IMAPIFolder* folder, const EntryIdBytes& folderId);
 
     std::mutex mutex;    // guards everything below
     Clock clock;

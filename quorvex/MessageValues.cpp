@@ -133,6 +133,14 @@ void CollectTags(const Restriction& condition, std::vector<ULONG>& tags)
     for (const Restriction& child : condition.children)
         CollectTags(child, tags);
 }
+
+// The tags that a condition asks for.
+std::vector<ULONG> TagsOf(const Restriction& condition)
+{
+    std::vector<ULONG> tags;
+    CollectTags(condition, tags);
+    return tags;
+}
 }    // namespace
 
 std::wstring ObjectValues::Text(ULONG tag)
@@ -159,6 +167,12 @@ bool ObjectValues::Exists(ULONG tag)
     return values.Find(0) || values.Variant(0).vt != VT_EMPTY;
 }
 
+bool MessageValues::SomeSubObjectMeets(ULONG table, const Restriction& condition)
+{
+    return AnySubObject(message.Get(), table, TagsOf(condition),
+                        [&](RowValues& values) { return Meets(condition, values); });
+}
+
 bool AnySubObject(IMessage* message, ULONG table, std::span<const ULONG> tags,
                   const std::function<bool(RowValues&)>& see)
 {
@@ -172,11 +186,4 @@ bool AnySubObject(IMessage* message, ULONG table, std::span<const ULONG> tags,
         throw MapiError(E_INVALIDARG, L"A sub-restriction applies to PR_MESSAGE_ATTACHMENTS or "
                                       L"PR_MESSAGE_RECIPIENTS, to no other property.");
     }
-}
-
-std::vector<ULONG> TagsOf(const Restriction& condition)
-{
-    std::vector<ULONG> tags;
-    CollectTags(condition, tags);
-    return tags;
 }

@@ -31,6 +31,22 @@ private:
     Microsoft::WRL::ComPtr<IMAPIProp> object;
 };
 
+// An opened message: also has sub-objects.
+class MessageValues : public ObjectValues
+{
+public:
+    explicit MessageValues(Microsoft::WRL::ComPtr<IMessage> openedMessage)
+        : ObjectValues(openedMessage),
+          message(std::move(openedMessage))
+    {
+    }
+
+    bool SomeSubObjectMeets(ULONG table, const Restriction& condition) override;
+
+private:
+    Microsoft::WRL::ComPtr<IMessage> message;
+};
+
 // Calls `see` for each row of the message's table PR_MESSAGE_ATTACHMENTS or PR_MESSAGE_RECIPIENTS until it
 // returns true; returns whether it did. `tags` are the properties that `see` will ask for. Throws MapiError.
 //
@@ -38,6 +54,3 @@ private:
 // the two as its PR_DISPLAY_NAME, since either may be looked for.
 bool AnySubObject(IMessage* message, ULONG table, std::span<const ULONG> tags,
                   const std::function<bool(RowValues&)>& see);
-
-// The tags that a condition asks for.
-std::vector<ULONG> TagsOf(const Restriction& condition);
