@@ -1,0 +1,3 @@
+#pragma once
+
+#define IDR_QUORVEX 101
