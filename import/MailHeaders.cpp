@@ -1,0 +1,176 @@
+#include "import/MailHeaders.h"
+
+#include "import/GlibOwners.h"
+#include "import/Text.h"
+
+#include <gmime/gmime.h>
+
+#include <algorithm>
+
+namespace
+{
+bool IsContinuation(std::string_view line)
+{
+    return line.starts_with(' ') || line.starts_with('\t');
+}
+
+// With its line end; empty when the text is.
+std::string_view FirstLine(std::string_view text)
+{
+    const size_t end = text.find('\n');
+    return end == std::string_view::npos ? text : text.substr(0, end + 1);
+}
+
+std::string_view WithoutLineEnd(std::string_view line)
+{
+    while (line.ends_with('\n') || line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+MailAddress FromMailbox(InternetAddress* mailbox)
+{
+    const char* const name = internet_address_get_name(mailbox);
+    const char* const address = internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(mailbox));
+    MailAddress found{RepairUtf8(Trimmed(name ? name : "")), RepairUtf8(Trimmed(address ? address : ""))};
+    if (found.name.empty())
+        found.name = found.address;
+    return found;
+}
+
+// A group may be written into a group, against the rules, as deep as the parser lets it.
+void Flatten(InternetAddressList* list, std::vector<MailAddress>& addresses)
+{
+    const int count = internet_address_list_length(list);
+    for (int index = 0; index < count; ++index)
+    {
+        InternetAddress* const address = internet_address_list_get_address(list, index);
+        if (INTERNET_ADDRESS_IS_GROUP(address))
+            Flatten(internet_address_group_get_members(INTERNET_ADDRESS_GROUP(address)), addresses);
+        else if (INTERNET_ADDRESS_IS_MAILBOX(address))
+            addresses.push_back(FromMailbox(address));
+    }
+    std::erase_if(addresses, [](const MailAddress& address) { return address.name.empty(); });
+}
+
+void AppendAddresses(const std::string& value, std::vector<MailAddress>& addresses)
+{
+    const GlibObject<InternetAddressList> list(internet_address_list_parse(nullptr, value.c_str()));
+    const size_t before = addresses.size();
+    if (list)
+        Flatten(list.get(), addresses);
+    const bool holdsGroup = list && internet_address_list_length(list.get()) > 0 &&
+                            INTERNET_ADDRESS_IS_GROUP(internet_address_list_get_address(list.get(), 0));
+    if (addresses.size() > before || holdsGroup)
+        return;
+    const std::string text = DecodeWords(Trimmed(value));
+    if (!text.empty())
+        addresses.push_back({text, text.find('@') != std::string::npos ? text : std::string()});
+}
+}    // namespace
+
+bool IsHeaderFieldLine(std::string_view line)
+{
+    size_t index = 0;
+    while (index < line.size() && line[index] > ' ' && line[index] < 0x7F && line[index] != ':')
+        ++index;
+    const size_t nameLength = index;
+    // Old mail has blanks before the colon (RFC 5322 4.5).
+    while (index < line.size() && (line[index] == ' ' || line[index] == '\t'))
+        ++index;
+    return nameLength > 0 && index < line.size() && line[index] == ':';
+}
+
+int CountMailFields(std::string_view text)
+{
+    constexpr std::string_view known[] = {"from",         "date",     "subject",     "to",
+                                          "message-id",   "received", "return-path", "mime-version",
+                                          "delivered-to", "reply-to", "sender",      "in-reply-to",
+                                          "content-type", "x-mailer", "cc"};
+    int count = 0;
+    while (!text.empty())
+    {
+        const std::string_view line = FirstLine(text);
+        if (WithoutLineEnd(line).empty())
+            break;
+        const std::string name = AsciiLower(Trimmed(line.substr(0, std::min(line.find(':'), line.size()))));
+        count += IsHeaderFieldLine(line) && std::ranges::find(known, name) != std::end(known);
+        text.remove_prefix(line.size());
+    }
+    return count;
+}
+
+HeaderBlock FindHeaderBlock(std::string_view mail)
+{
+    size_t begin = 0;
+    while (begin < mail.size() && WithoutLineEnd(FirstLine(mail.substr(begin))).empty())
+        begin += FirstLine(mail.substr(begin)).size();
+    if (!IsHeaderFieldLine(FirstLine(mail.substr(begin))) && CountMailFields(mail.substr(begin)) < 2)
+        return {};
+    while (!IsHeaderFieldLine(FirstLine(mail.substr(begin))))
+        begin += FirstLine(mail.substr(begin)).size();
+    size_t end = begin;
+    while (end < mail.size() && !WithoutLineEnd(FirstLine(mail.substr(end))).empty())
+        end += FirstLine(mail.substr(end)).size();
+    return {begin, end};
+}
+
+std::string HeaderTextAsUtf8(std::string_view block)
+{
+    if (IsCleanUtf8(block))
+        return std::string(block);
+    std::string text;
+    while (!block.empty())
+    {
+        const std::string_view line = FirstLine(block);
+        text += GuessUtf8(line);
+        block.remove_prefix(line.size());
+    }
+    return text;
+}
+
+std::string DecodeWords(std::string_view utf8)
+{
+    if (utf8.find("=?") == std::string_view::npos)
+        return std::string(utf8);
+    const GlibText decoded(g_mime_utils_header_decode_text(nullptr, std::string(utf8).c_str()));
+    return RepairUtf8(decoded.get());
+}
+
+MailHeaders::MailHeaders(std::string_view utf8)
+{
+    while (!utf8.empty())
+    {
+        const std::string_view whole = FirstLine(utf8);
+        const std::string_view line = WithoutLineEnd(whole);
+        utf8.remove_prefix(whole.size());
+        if (IsContinuation(line) && !fields.empty())
+            fields.back().value += line;
+        else if (IsHeaderFieldLine(line))
+        {
+            const size_t colon = line.find(':');
+            fields.push_back(
+                {AsciiLower(Trimmed(line.substr(0, colon))), std::string(line.substr(colon + 1))});
+        }
+    }
+}
+
+std::string_view MailHeaders::First(std::string_view name) const
+{
+    const auto field = std::ranges::find(fields, name, &HeaderField::name);
+    return field != fields.end() ? Trimmed(field->value) : std::string_view();
+}
+
+std::string MailHeaders::Text(std::string_view name) const
+{
+    return DecodeWords(First(name));
+}
+
+std::vector<MailAddress> MailHeaders::Addresses(std::string_view name) const
+{
+    std::vector<MailAddress> addresses;
+    for (const HeaderField& field : fields)
+        if (field.name == name)
+            AppendAddresses(field.value, addresses);
+    return addresses;
+}
