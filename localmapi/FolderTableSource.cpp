@@ -6,13 +6,15 @@
 #include <utility>
 
 FolderTableSource::FolderTableSource(SharedStore store, std::int64_t folderId, bool deep)
-    : store(std::move(store)), folderId(folderId), deep(deep)
+    : store(std::move(store)),
+      folderId(folderId),
+      deep(deep)
 {
 }
 
 std::vector<std::uint32_t> FolderTableSource::DefaultColumns() const
 {
-    std::vector<std::uint32_t> tags = FolderValueTags(*store, 0);
+    std::vector<std::uint32_t> tags = FolderValueTags(0);
     tags.push_back(tag::depth);
     return tags;
 }
@@ -32,7 +34,8 @@ std::vector<std::int64_t> FolderTableSource::ReadRowIds()
 std::vector<StoredValue> FolderTableSource::ReadRows(std::span<const std::int64_t> rowIds,
                                                      std::span<const std::uint32_t> tags)
 {
-    // A depth belongs to the table, not to the folder; the folder's number is read to know whether it is there.
+    // A depth belongs to the table, not to the folder; the folder's number is read to know whether it is
+    // there.
     std::vector<std::uint32_t> read;
     for (const std::uint32_t tag : tags)
         read.push_back(tag == tag::depth ? tag::storedFolderId : tag);

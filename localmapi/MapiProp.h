@@ -18,22 +18,26 @@ public:
     {
         return ComBoundary(lastError, [&] { Save(); });
     }
-    STDMETHODIMP GetProps(SPropTagArray* tags, ULONG flags, ULONG* count, SPropValue** values) noexcept override
+    STDMETHODIMP GetProps(SPropTagArray* tags, ULONG flags, ULONG* count,
+                          SPropValue** values) noexcept override
     {
-        return ComBoundary(lastError, [&] { return property_methods::GetProps(*this, tags, flags, count, values); });
+        return ComBoundary(lastError,
+                           [&] { return property_methods::GetProps(*this, tags, flags, count, values); });
     }
     STDMETHODIMP GetPropList(ULONG flags, SPropTagArray** tags) noexcept override
     {
         return ComBoundary(lastError, [&] { return property_methods::GetPropList(*this, flags, tags); });
     }
-    STDMETHODIMP OpenProperty(ULONG tag, const IID* iid, ULONG, ULONG flags, IUnknown** opened) noexcept override
+    STDMETHODIMP OpenProperty(ULONG tag, const IID* iid, ULONG, ULONG flags,
+                              IUnknown** opened) noexcept override
     {
-        return ComBoundary(lastError,
-                           [&] { return property_methods::OpenProperty(*this, *this, tag, iid, flags, opened); });
+        return ComBoundary(lastError, [&]
+                           { return property_methods::OpenProperty(*this, *this, tag, iid, flags, opened); });
     }
     STDMETHODIMP SetProps(ULONG count, SPropValue* values, SPropProblemArray** problems) noexcept override
     {
-        return ComBoundary(lastError, [&] { return property_methods::SetProps(*this, count, values, problems); });
+        return ComBoundary(lastError,
+                           [&] { return property_methods::SetProps(*this, count, values, problems); });
     }
     STDMETHODIMP DeleteProps(SPropTagArray* tags, SPropProblemArray** problems) noexcept override
     {
@@ -42,30 +46,35 @@ public:
     STDMETHODIMP CopyTo(ULONG, const IID*, SPropTagArray* excluded, ULONG, IMAPIProgress*, const IID*,
                         void* destination, ULONG flags, SPropProblemArray** problems) noexcept override
     {
-        return ComBoundary(lastError, [&] {
-            return property_methods::CopyProps(*this, nullptr, excluded, destination, flags, problems);
-        });
+        return ComBoundary(
+            lastError, [&]
+            { return property_methods::CopyProps(*this, nullptr, excluded, destination, flags, problems); });
     }
     STDMETHODIMP CopyProps(SPropTagArray* included, ULONG, IMAPIProgress*, const IID*, void* destination,
                            ULONG flags, SPropProblemArray** problems) noexcept override
     {
-        return ComBoundary(lastError, [&] {
-            if (!included)
-                throw MapiError(MAPI_E_INVALID_PARAMETER);
-            return property_methods::CopyProps(*this, included, nullptr, destination, flags, problems);
-        });
+        return ComBoundary(lastError,
+                           [&]
+                           {
+                               if (!included)
+                                   throw MapiError(MAPI_E_INVALID_PARAMETER);
+                               return property_methods::CopyProps(*this, included, nullptr, destination,
+                                                                  flags, problems);
+                           });
     }
     STDMETHODIMP GetNamesFromIDs(SPropTagArray** tags, GUID* set, ULONG flags, ULONG* count,
                                  MAPINAMEID*** names) noexcept override
     {
-        return ComBoundary(lastError, [&] {
-            return property_methods::GetNamesFromIDs(*Store().file, tags, set, flags, count, names);
-        });
+        return ComBoundary(
+            lastError,
+            [&] { return property_methods::GetNamesFromIDs(*Store().file, tags, set, flags, count, names); });
     }
-    STDMETHODIMP GetIDsFromNames(ULONG count, MAPINAMEID** names, ULONG flags, SPropTagArray** tags) noexcept override
+    STDMETHODIMP GetIDsFromNames(ULONG count, MAPINAMEID** names, ULONG flags,
+                                 SPropTagArray** tags) noexcept override
     {
         return ComBoundary(
-            lastError, [&] { return property_methods::GetIDsFromNames(*Store().file, count, names, flags, tags); });
+            lastError,
+            [&] { return property_methods::GetIDsFromNames(*Store().file, count, names, flags, tags); });
     }
 
 protected:

@@ -8,13 +8,14 @@
 #include <utility>
 
 MessageTableSource::MessageTableSource(SharedStore store, std::int64_t folderId)
-    : store(std::move(store)), folderId(folderId)
+    : store(std::move(store)),
+      folderId(folderId)
 {
 }
 
 std::vector<std::uint32_t> MessageTableSource::DefaultColumns() const
 {
-    std::vector<std::uint32_t> tags = MessagePlaceTags(*store);
+    std::vector<std::uint32_t> tags = MessagePlaceTags();
     if (store->offersLongTermIds)
         tags.push_back(tag::longTermEntryIdFromTable);
     for (const MessageColumn& column : MessageColumns())

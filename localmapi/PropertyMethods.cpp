@@ -1,5 +1,6 @@
 #include "localmapi/PropertyMethods.h"
 
+#include "localmapi/Arguments.h"
 #include "localmapi/MapiMemory.h"
 #include "localmapi/PropertyConversion.h"
 #include "localmapi/PropertyStream.h"
@@ -41,8 +42,8 @@ std::vector<ULONG> ResolveTypes(PropertyHolder& holder, std::span<const ULONG> a
             continue;
         if (own.empty())
             own = holder.ListTags();
-        const auto found =
-            std::find_if(own.begin(), own.end(), [&](std::uint32_t each) { return PROP_ID(each) == PROP_ID(tag); });
+        const auto found = std::find_if(own.begin(), own.end(),
+                                        [&](std::uint32_t each) { return PROP_ID(each) == PROP_ID(tag); });
         if (found != own.end())
             tag = TagForCaller(*found, flags);
     }
@@ -105,7 +106,8 @@ void TakeValue(PropertyHolder& holder, const SPropValue& property, ULONG index,
 
 bool Contains(const SPropTagArray* tags, std::uint32_t tag)
 {
-    return tags && std::ranges::any_of(TagsOf(*tags), [tag](ULONG each) { return PROP_ID(each) == PROP_ID(tag); });
+    return tags &&
+           std::ranges::any_of(TagsOf(*tags), [tag](ULONG each) { return PROP_ID(each) == PROP_ID(tag); });
 }
 
 Microsoft::WRL::ComPtr<IMAPIProp> DestinationOf(void* destination)
@@ -141,29 +143,23 @@ MapiBuffer<SPropValue> MakeValues(PropertyHolder& holder, std::span<const ULONG>
         FillPropValue(values.get()[i], tags[i], read[i], values.get());
     return values;
 }
-} // namespace
+}    // namespace
 
-void RequireFlags(ULONG flags, ULONG known)
+HRESULT property_methods::GetProps(PropertyHolder& holder, const SPropTagArray* tags, ULONG flags,
+                                   ULONG* count, SPropValue** values)
 {
-    if (flags & ~known)
-        throw MapiError(MAPI_E_UNKNOWN_FLAGS);
-}
-
-HRESULT property_methods::GetProps(PropertyHolder& holder, const SPropTagArray* tags, ULONG flags, ULONG* count,
-                                   SPropValue** values)
-{
-    RequireOut(count);
-    RequireOut(values);
-    RequireFlags(flags, MAPI_UNICODE);
+    Given(count) = 0;
+    Given(values) = nullptr;
+    RequireKnownFlags(flags, MAPI_UNICODE);
     if (tags && tags->cValues == 0)
         throw MapiError(MAPI_E_INVALID_PARAMETER);
     const std::vector<ULONG> asked =
         tags ? ResolveTypes(holder, TagsOf(*tags), flags) : AllTags(holder, flags);
 
     auto read = MakeValues(holder, asked);
-    const bool anyMissing = std::any_of(read.get(), read.get() + asked.size(), [](const SPropValue& value) {
-        return PROP_TYPE(value.ulPropTag) == PT_ERROR;
-    });
+    const bool anyMissing =
+        std::any_of(read.get(), read.get() + asked.size(),
+                    [](const SPropValue& value) { return PROP_TYPE(value.ulPropTag) == PT_ERROR; });
     *count = static_cast<ULONG>(asked.size());
     *values = read.release();    // now the caller's
     return anyMissing ? MAPI_W_ERRORS_RETURNED : S_OK;
@@ -171,8 +167,8 @@ HRESULT property_methods::GetProps(PropertyHolder& holder, const SPropTagArray* 
 
 HRESULT property_methods::GetPropList(PropertyHolder& holder, ULONG flags, SPropTagArray** tags)
 {
-    RequireOut(tags);
-    RequireFlags(flags, MAPI_UNICODE);
+    Given(tags) = nullptr;
+    RequireKnownFlags(flags, MAPI_UNICODE);
     const std::vector<ULONG> all = AllTags(holder, flags);
     auto list = MakeMapiBuffer<SPropTagArray>(CbNewSPropTagArray(all.size()));
     list->cValues = static_cast<ULONG>(all.size());
@@ -226,11 +222,11 @@ HRESULT property_methods::DeleteProps(PropertyHolder& holder, const SPropTagArra
     return AnswerProblems(refused, problems);
 }
 
-HRESULT property_methods::OpenProperty(PropertyHolder& holder, IUnknown& owner, ULONG tag, const IID* iid, ULONG flags,
-                                       IUnknown** opened)
+HRESULT property_methods::OpenProperty(PropertyHolder& holder, IUnknown& owner, ULONG tag, const IID* iid,
+                                       ULONG flags, IUnknown** opened)
 {
-    RequireOut(opened);
-    RequireFlags(flags, MAPI_CREATE | MAPI_MODIFY | MAPI_DEFERRED_ERRORS);
+    Given(opened) = nullptr;
+    RequireKnownFlags(flags, MAPI_CREATE | MAPI_MODIFY | MAPI_DEFERRED_ERRORS);
     if (iid && *iid == IID_IMAPITable)
     {
         auto table = holder.OpenObjectTable(tag);
@@ -250,7 +246,7 @@ HRESULT property_methods::CopyProps(PropertyHolder& holder, const SPropTagArray*
                                     SPropProblemArray** problems)
 {
     NullOut(problems);
-    RequireFlags(flags, MAPI_DECLINE_OK);
+    RequireKnownFlags(flags, MAPI_DECLINE_OK);
     if (!holder.CanBeCopied())
         throw MapiError(MAPI_E_NO_SUPPORT);
     const auto target = DestinationOf(destination);

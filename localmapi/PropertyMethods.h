@@ -1,6 +1,5 @@
 #pragma once
 
-#include "localmapi/ComBoundary.h"
 #include "localmapi/PropertyHolder.h"
 
 #include <windows.h>
@@ -11,7 +10,8 @@
 // or std::bad_alloc, and yield S_OK or a warning. Out-parameters are MAPI buffers of the caller's.
 namespace property_methods
 {
-HRESULT GetProps(PropertyHolder& holder, const SPropTagArray* tags, ULONG flags, ULONG* count, SPropValue** values);
+HRESULT GetProps(PropertyHolder& holder, const SPropTagArray* tags, ULONG flags, ULONG* count,
+                 SPropValue** values);
 HRESULT GetPropList(PropertyHolder& holder, ULONG flags, SPropTagArray** tags);
 HRESULT SetProps(PropertyHolder& holder, ULONG count, const SPropValue* values, SPropProblemArray** problems);
 HRESULT DeleteProps(PropertyHolder& holder, const SPropTagArray* tags, SPropProblemArray** problems);
@@ -27,16 +27,4 @@ HRESULT CopyProps(PropertyHolder& holder, const SPropTagArray* included, const S
 HRESULT GetNamesFromIDs(StoreFile& file, SPropTagArray** tags, const GUID* set, ULONG flags, ULONG* count,
                         MAPINAMEID*** names);
 HRESULT GetIDsFromNames(StoreFile& file, ULONG count, MAPINAMEID** names, ULONG flags, SPropTagArray** tags);
-} // namespace property_methods
-
-// Throws MapiError MAPI_E_UNKNOWN_FLAGS when there are others than `known`.
-void RequireFlags(ULONG flags, ULONG known);
-
-// Throws MapiError MAPI_E_INVALID_PARAMETER for a null pointer; else nulls what it points to.
-template <typename T>
-void RequireOut(T* out)
-{
-    if (!out)
-        throw MapiError(MAPI_E_INVALID_PARAMETER);
-    *out = {};
-}
+}    // namespace property_methods

@@ -1,22 +1,15 @@
 #include "localmapi/PropertyStream.h"
 
-#include "localmapi/ComBoundary.h"
+#include "localmapi/Arguments.h"
 #include "localmapi/ComObject.h"
 #include "localmapi/PropertyConversion.h"
 #include "localmapi/TextConversion.h"
 
 #include <objbase.h>
 
-
 namespace
 {
 using Microsoft::WRL::ComPtr;
-
-void Require(HRESULT result)
-{
-    if (FAILED(result))
-        throw MapiError(result);
-}
 
 std::string BytesOf(const StoredValue& value, ULONG type)
 {
@@ -45,27 +38,27 @@ StoredValue ValueOf(const std::string& bytes, ULONG type)
 ComPtr<IStream> MakeMemoryStream(const std::string& bytes)
 {
     ComPtr<IStream> stream;
-    Require(CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    ThrowIfFailed(CreateStreamOnHGlobal(nullptr, TRUE, &stream));
     if (!bytes.empty())
-        Require(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr));
-    Require(stream->Seek({}, STREAM_SEEK_SET, nullptr));
+        ThrowIfFailed(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr));
+    ThrowIfFailed(stream->Seek({}, STREAM_SEEK_SET, nullptr));
     return stream;
 }
 
 std::string ReadAll(IStream& stream)
 {
     STATSTG status{};
-    Require(stream.Stat(&status, STATFLAG_NONAME));
+    ThrowIfFailed(stream.Stat(&status, STATFLAG_NONAME));
     ULARGE_INTEGER position{};
-    Require(stream.Seek({}, STREAM_SEEK_CUR, &position));
-    Require(stream.Seek({}, STREAM_SEEK_SET, nullptr));
+    ThrowIfFailed(stream.Seek({}, STREAM_SEEK_CUR, &position));
+    ThrowIfFailed(stream.Seek({}, STREAM_SEEK_SET, nullptr));
     std::string bytes(static_cast<std::size_t>(status.cbSize.QuadPart), '\0');
     ULONG read = 0;
-    Require(stream.Read(bytes.data(), static_cast<ULONG>(bytes.size()), &read));
+    ThrowIfFailed(stream.Read(bytes.data(), static_cast<ULONG>(bytes.size()), &read));
     bytes.resize(read);
     LARGE_INTEGER back{};
     back.QuadPart = static_cast<LONGLONG>(position.QuadPart);
-    Require(stream.Seek(back, STREAM_SEEK_SET, nullptr));
+    ThrowIfFailed(stream.Seek(back, STREAM_SEEK_SET, nullptr));
     return bytes;
 }
 
@@ -74,7 +67,11 @@ class CPropertyStream final : public ComObject<IStream, IID_IStream, IID_ISequen
 {
 public:
     CPropertyStream(PropertyHolder& holder, IUnknown& owner, ULONG tag, bool writable, ComPtr<IStream> memory)
-        : holder(holder), owner(&owner), tag(tag), writable(writable), memory(std::move(memory))
+        : holder(holder),
+          owner(&owner),
+          tag(tag),
+          writable(writable),
+          memory(std::move(memory))
     {
     }
 
@@ -151,7 +148,7 @@ bool CanBeStreamed(ULONG tag)
 {
     return PROP_TYPE(tag) == PT_UNICODE || PROP_TYPE(tag) == PT_STRING8 || PROP_TYPE(tag) == PT_BINARY;
 }
-} // namespace
+}    // namespace
 
 ComPtr<IStream> OpenPropertyStream(PropertyHolder& holder, IUnknown& owner, ULONG tag, ULONG flags)
 {
@@ -164,5 +161,6 @@ ComPtr<IStream> OpenPropertyStream(PropertyHolder& holder, IUnknown& owner, ULON
     const StoredValue value = holder.ReadValues({&stored, 1}).front();
     if (std::holds_alternative<std::monostate>(value) && !(flags & MAPI_CREATE))
         throw MapiError(MAPI_E_NOT_FOUND);
-    return MakeObject<CPropertyStream>(holder, owner, tag, writable, MakeMemoryStream(BytesOf(value, PROP_TYPE(tag))));
+    return MakeObject<CPropertyStream>(holder, owner, tag, writable,
+                                       MakeMemoryStream(BytesOf(value, PROP_TYPE(tag))));
 }

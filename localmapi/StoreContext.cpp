@@ -6,7 +6,7 @@ namespace
 {
 // The service whose clients expect long-term entry ids beside the short-term ones.
 constexpr const char* longTermService = "MSEMS";
-} // namespace
+}    // namespace
 
 SharedStore OpenStoreContext(const std::string& path)
 {
@@ -14,8 +14,10 @@ SharedStore OpenStoreContext(const std::string& path)
     context->file = StoreFile::Open(path);
     const Blob uid = context->file->ReadUid();
     std::copy(uid.begin(), uid.end(), context->uid.begin());
-    if (const StoredValue name = context->file->ReadSetting("display_name"); std::holds_alternative<std::string>(name))
+    if (const StoredValue name = context->file->ReadSetting("display_name");
+        std::holds_alternative<std::string>(name))
         context->displayName = std::get<std::string>(name);
-    context->offersLongTermIds = context->file->ReadSetting("service_name") == StoredValue(std::string(longTermService));
+    context->offersLongTermIds =
+        context->file->ReadSetting("service_name") == StoredValue(std::string(longTermService));
     return context;
 }

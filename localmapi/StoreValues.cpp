@@ -12,9 +12,9 @@ constexpr std::int64_t messageAccess = MAPI_ACCESS_MODIFY | MAPI_ACCESS_READ | M
 constexpr std::int64_t folderAccess =
     messageAccess | MAPI_ACCESS_CREATE_HIERARCHY | MAPI_ACCESS_CREATE_CONTENTS;
 
-constexpr std::uint32_t placeTags[] = {tag::entryId,        tag::recordKey,        tag::instanceKey,
-                                       tag::parentEntryId,  tag::storeEntryId,     tag::storeRecordKey,
-                                       tag::objectType,     tag::mappingSignature, tag::access};
+constexpr std::uint32_t placeTags[] = {tag::entryId,       tag::recordKey,        tag::instanceKey,
+                                       tag::parentEntryId, tag::storeEntryId,     tag::storeRecordKey,
+                                       tag::objectType,    tag::mappingSignature, tag::access};
 
 struct SpecialFolder
 {
@@ -74,10 +74,12 @@ StoredValue PlaceValue(const StoreContext& store, std::uint32_t tag, EntryKind k
 }
 
 // The value that a row's place gives, of the number that was read in its stead.
-StoredValue FolderPlaceValue(const StoreContext& store, std::uint32_t tag, std::int64_t stored, std::int64_t id)
+StoredValue FolderPlaceValue(const StoreContext& store, std::uint32_t tag, std::int64_t stored,
+                             std::int64_t id)
 {
     if (const SpecialFolder* special = FindSpecialFolder(tag))
-        return KnowsSpecialFolders(id) ? StoredValue(store.EntryIdOf(EntryKind::Folder, special->id)) : StoredValue();
+        return KnowsSpecialFolders(id) ? StoredValue(store.EntryIdOf(EntryKind::Folder, special->id))
+                                       : StoredValue();
     return PlaceValue(store, tag, EntryKind::Folder, id, stored);
 }
 
@@ -87,7 +89,7 @@ std::uint32_t FolderTagToRead(std::uint32_t tag)
         return tag::storedParentId;
     return IsPlaceTag(tag) || FindSpecialFolder(tag) ? tag::storedFolderId : tag;
 }
-} // namespace
+}    // namespace
 
 std::vector<StoredValue> ReadFolderValues(const StoreContext& store, std::span<const std::int64_t> ids,
                                           std::span<const std::uint32_t> tags)
@@ -107,7 +109,7 @@ std::vector<StoredValue> ReadFolderValues(const StoreContext& store, std::span<c
     return values;
 }
 
-std::vector<std::uint32_t> FolderValueTags(const StoreContext&, std::int64_t folderId)
+std::vector<std::uint32_t> FolderValueTags(std::int64_t folderId)
 {
     std::vector<std::uint32_t> tags = FolderTags();
     tags.insert(tags.begin(), std::begin(placeTags), std::end(placeTags));
@@ -120,7 +122,8 @@ std::vector<std::uint32_t> FolderValueTags(const StoreContext&, std::int64_t fol
 }
 
 std::vector<StoredValue> ReadContentsValues(const StoreContext& store, std::int64_t folderId,
-                                            std::span<const std::int64_t> ids, std::span<const std::uint32_t> tags)
+                                            std::span<const std::int64_t> ids,
+                                            std::span<const std::uint32_t> tags)
 {
     std::vector<std::uint32_t> read;
     for (const std::uint32_t tag : tags)
@@ -142,12 +145,13 @@ bool IsPlaceOfMessage(const StoreContext& store, std::uint32_t tag)
     return IsPlaceTag(tag) || (tag == tag::longTermEntryIdFromTable && store.offersLongTermIds);
 }
 
-StoredValue PlaceValueOfMessage(const StoreContext& store, std::uint32_t tag, std::int64_t id, std::int64_t folderId)
+StoredValue PlaceValueOfMessage(const StoreContext& store, std::uint32_t tag, std::int64_t id,
+                                std::int64_t folderId)
 {
     return PlaceValue(store, tag, EntryKind::Message, id, folderId);
 }
 
-std::vector<std::uint32_t> MessagePlaceTags(const StoreContext&)
+std::vector<std::uint32_t> MessagePlaceTags()
 {
     return {std::begin(placeTags), std::end(placeTags)};
 }

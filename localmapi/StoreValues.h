@@ -13,13 +13,15 @@
 // values[row * tags.size() + column]; monostate everywhere for a folder that is not there.
 std::vector<StoredValue> ReadFolderValues(const StoreContext& store, std::span<const std::int64_t> ids,
                                           std::span<const std::uint32_t> tags);
-std::vector<std::uint32_t> FolderValueTags(const StoreContext& store, std::int64_t folderId);
+std::vector<std::uint32_t> FolderValueTags(std::int64_t folderId);
 
 // The same for messages of one folder.
 std::vector<StoredValue> ReadContentsValues(const StoreContext& store, std::int64_t folderId,
-                                            std::span<const std::int64_t> ids, std::span<const std::uint32_t> tags);
+                                            std::span<const std::int64_t> ids,
+                                            std::span<const std::uint32_t> tags);
 
 // Whether the property follows from the message's place; then PlaceValueOfMessage has it.
 bool IsPlaceOfMessage(const StoreContext& store, std::uint32_t tag);
-StoredValue PlaceValueOfMessage(const StoreContext& store, std::uint32_t tag, std::int64_t id, std::int64_t folderId);
-std::vector<std::uint32_t> MessagePlaceTags(const StoreContext& store);
+StoredValue PlaceValueOfMessage(const StoreContext& store, std::uint32_t tag, std::int64_t id,
+                                std::int64_t folderId);
+std::vector<std::uint32_t> MessagePlaceTags();

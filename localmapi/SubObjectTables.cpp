@@ -33,7 +33,7 @@ VectorTableSource::Row RecipientRow(std::int64_t rowId, const Recipient& recipie
             {tag::emailAddress, recipient.address},
             {tag::objectType, std::int64_t{MAPI_MAILUSER}}};
 }
-} // namespace
+}    // namespace
 
 std::unique_ptr<TableSource> MakeRecipientTableSource(const std::vector<Recipient>& recipients)
 {
@@ -52,9 +52,10 @@ std::unique_ptr<TableSource> MakeAttachmentTableSource(const std::map<std::int64
     for (const auto& [number, attachment] : attachments)
         rows.push_back(AttachmentValues(number, attachment));
     return std::make_unique<VectorTableSource>(
-        std::vector<std::uint32_t>{tag::attachNum, tag::attachMethod, tag::attachFilename, tag::attachLongFilename,
-                                   tag::displayName, tag::attachMimeTag, tag::attachContentId, tag::attachExtension,
-                                   tag::attachSize, tag::renderingPosition},
+        std::vector<std::uint32_t>{tag::attachNum, tag::attachMethod, tag::attachFilename,
+                                   tag::attachLongFilename, tag::displayName, tag::attachMimeTag,
+                                   tag::attachContentId, tag::attachExtension, tag::attachSize,
+                                   tag::renderingPosition},
         std::move(rows));
 }
 
@@ -70,8 +71,9 @@ std::map<std::uint32_t, StoredValue> AttachmentValues(std::int64_t number, const
             {tag::attachExtension, ExtensionOf(attachment.fileName)},
             {tag::attachSize, attachment.size},
             {tag::renderingPosition, notRenderedInText},
-            {tag::recordKey, Blob{static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8),
-                                  static_cast<std::uint8_t>(number >> 16), static_cast<std::uint8_t>(number >> 24)}},
+            {tag::recordKey,
+             Blob{static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8),
+                  static_cast<std::uint8_t>(number >> 16), static_cast<std::uint8_t>(number >> 24)}},
             {tag::objectType, std::int64_t{MAPI_ATTACH}}};
 }
 
@@ -80,7 +82,8 @@ bool SetAttachmentValue(Attachment& attachment, std::uint32_t tag, const StoredV
     switch (tag)
     {
     case tag::attachMethod:
-        attachment.method = std::holds_alternative<std::int64_t>(value) ? std::get<std::int64_t>(value) : NO_ATTACHMENT;
+        attachment.method =
+            std::holds_alternative<std::int64_t>(value) ? std::get<std::int64_t>(value) : NO_ATTACHMENT;
         return true;
     case tag::attachLongFilename:
         attachment.fileName = value;

@@ -7,7 +7,8 @@
 #include <memory>
 #include <vector>
 
-// The tables of a message's recipients and attachments, and the values of one row. Tags are in the stored form.
+// The tables of a message's recipients and attachments, and the values of one row. Tags are in the stored
+// form.
 std::unique_ptr<TableSource> MakeRecipientTableSource(const std::vector<Recipient>& recipients);
 std::unique_ptr<TableSource> MakeAttachmentTableSource(const std::map<std::int64_t, Attachment>& attachments);
 
