@@ -40,6 +40,8 @@ void CheckOlderFile(const std::wstring& path)
         return;
     if (attributes & FILE_ATTRIBUTE_DIRECTORY)
         throw CannotBeMade(path, L"it is a folder");
+    if (attributes & FILE_ATTRIBUTE_READONLY)
+        throw CannotBeMade(path, L"it is read-only");
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     if (!OpenFile(path, GENERIC_WRITE | DELETE, sharing, OPEN_EXISTING))
         throw CannotBeMade(path, SystemMessage(GetLastError()));

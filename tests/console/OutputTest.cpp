@@ -1,54 +1,32 @@
 #include "console/OutputStream.h"
 #include "console/ProgressBar.h"
 #include "console/Text.h"
+#include "tests/console/Pipe.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 namespace
 {
-// A pipe whose written end stands in for a redirected standard output.
+// A pipe stands in for a redirected standard output.
 class OutputTest : public testing::Test
 {
 protected:
-    OutputTest() { CreatePipe(&readEnd, &writeEnd, nullptr, 1 << 16); }
-
-    ~OutputTest() override
-    {
-        CloseHandle(readEnd);
-        CloseWriteEnd();
-    }
-
-    void CloseWriteEnd()
-    {
-        if (writeEnd)
-            CloseHandle(writeEnd);
-        writeEnd = nullptr;
-    }
-
     std::string ReadAll()
     {
-        CloseWriteEnd();
-        std::string bytes;
-        std::array<char, 4096> part{};
-        DWORD read = 0;
-        while (ReadFile(readEnd, part.data(), static_cast<DWORD>(part.size()), &read, nullptr) && read > 0)
-            bytes.append(part.data(), read);
-        return bytes;
+        pipe.CloseWriteEnd();
+        return pipe.ReadAll();
     }
 
-    HANDLE readEnd = nullptr;
-    HANDLE writeEnd = nullptr;
+    Pipe pipe;
+    OutputStream out{pipe.GetWriteEnd()};
 };
 }    // namespace
 
 TEST_F(OutputTest, WritesUtf8WithBareLineFeedsWhenRedirected)
 {
-    OutputStream out(writeEnd);
-
     out.WriteLine(L"Gr\u00FC\u00DFe \u65E5\u672C \U0001F600");
 
     EXPECT_FALSE(out.IsTerminal());
@@ -58,9 +36,7 @@ TEST_F(OutputTest, WritesUtf8WithBareLineFeedsWhenRedirected)
 
 TEST_F(OutputTest, RemembersThatItsReaderIsGone)
 {
-    OutputStream out(writeEnd);
-    CloseHandle(readEnd);
-    readEnd = nullptr;
+    pipe.CloseReadEnd();
 
     out.WriteLine(L"lost");
 
@@ -69,7 +45,6 @@ TEST_F(OutputTest, RemembersThatItsReaderIsGone)
 
 TEST_F(OutputTest, DrawsTheBarAtMostTenTimesASecond)
 {
-    OutputStream out(writeEnd);
     unsigned long long now = 1000;
     ProgressBar bar(out, [&now] { return now; });
 
@@ -83,7 +58,6 @@ TEST_F(OutputTest, DrawsTheBarAtMostTenTimesASecond)
 
 TEST_F(OutputTest, ClearsTheWholeBarAndOnlyOnce)
 {
-    OutputStream out(writeEnd);
     ProgressBar bar(out, [] { return 1ULL; });
     bar.Show(50, 7);
 
