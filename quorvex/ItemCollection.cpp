@@ -52,5 +52,5 @@ ComPtr<IDispatch> CItemCollection::GetItem(const VARIANT& index)
 
 ComPtr<IDispatch> CItemCollection::GetTable()
 {
-    return MakeItemTable(session, folder, Rows());
+    return MakeItemTable(session, Rows());
 }

@@ -4,15 +4,13 @@
 
 #include <windows.h>
 
-#include <mapidefs.h>
 #include <oaidl.h>
 #include <wrl/client.h>
 
 #include <memory>
 
-struct SessionContext;
+class SessionContext;
 
 // A new automation object for the item table of a folder, whose rows are the snapshot's, in its order.
 Microsoft::WRL::ComPtr<IDispatch> MakeItemTable(std::shared_ptr<SessionContext> session,
-                                                Microsoft::WRL::ComPtr<IMAPIFolder> folder,
                                                 std::shared_ptr<FolderSnapshot> snapshot);
