@@ -55,7 +55,8 @@ private:
 template <typename Object, typename... Arguments>
 Microsoft::WRL::ComPtr<Object> MakeObject(Arguments&&... arguments)
 {
+    // Not by Attach, which counts one more reference in mingw's header.
     Microsoft::WRL::ComPtr<Object> object;
-    object.Attach(new Object(std::forward<Arguments>(arguments)...));
+    *object.ReleaseAndGetAddressOf() = new Object(std::forward<Arguments>(arguments)...);
     return object;
 }
