@@ -34,6 +34,24 @@ bool IsSameSecond(const SYSTEMTIME& left, const SYSTEMTIME& right)
     return left.wYear == right.wYear && left.wMonth == right.wMonth && left.wDay == right.wDay &&
            left.wHour == right.wHour && left.wMinute == right.wMinute && left.wSecond == right.wSecond;
 }
+// The conversions of some systems take a 30th of February for the 1st of March.
+bool IsCalendarTime(const SYSTEMTIME& fields)
+{
+    const std::optional<UnixSeconds> instant = InstantOf(fields);
+    const std::optional<SYSTEMTIME> back = instant ? UtcCalendarOf(*instant) : std::nullopt;
+    return back && IsSameSecond(fields, *back);
+}
+
+// Systems know the rules of each year only of zones that they have a name for; of another one, the present
+// year's.
+std::optional<TIME_ZONE_INFORMATION> SystemRulesOf(WORD year)
+{
+    TIME_ZONE_INFORMATION rules{};
+    if (::GetTimeZoneInformationForYear(year, nullptr, &rules) ||
+        ::GetTimeZoneInformation(&rules) != TIME_ZONE_ID_INVALID)
+        return rules;
+    return std::nullopt;
+}
 }    // namespace
 
 UnixSeconds CurrentUnixSeconds() noexcept
@@ -51,10 +69,8 @@ const TIME_ZONE_INFORMATION* TimeZone::RulesOf(WORD year) const
     const auto known = rulesByYear.find(year);
     if (known != rulesByYear.end())
         return &known->second;
-    TIME_ZONE_INFORMATION rules{};
-    if (!::GetTimeZoneInformationForYear(year, nullptr, &rules))
-        return nullptr;
-    return &rulesByYear.emplace(year, rules).first->second;
+    const std::optional<TIME_ZONE_INFORMATION> rules = SystemRulesOf(year);
+    return rules ? &rulesByYear.emplace(year, *rules).first->second : nullptr;
 }
 
 std::optional<SYSTEMTIME> TimeZone::ToLocal(UnixSeconds instant) const
@@ -71,7 +87,7 @@ std::optional<UnixSeconds> TimeZone::ToInstant(const SYSTEMTIME& local) const
 {
     SYSTEMTIME wholeSeconds = local;
     wholeSeconds.wMilliseconds = 0;
-    const TIME_ZONE_INFORMATION* rules = RulesOf(local.wYear);
+    const TIME_ZONE_INFORMATION* rules = IsCalendarTime(wholeSeconds) ? RulesOf(local.wYear) : nullptr;
     SYSTEMTIME utc{};
     if (!rules || !::TzSpecificLocalTimeToSystemTime(rules, &wholeSeconds, &utc))
         return std::nullopt;
