@@ -1,8 +1,10 @@
 #include "quorvex/AutomationDate.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <mutex>
 
 namespace
 {
@@ -30,11 +32,46 @@ FILETIME FileTimeOf(Milliseconds time) noexcept
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }
 
+// The rules of the years last asked for. The system looks them up in the registry, which takes longer than
+// all the rest together; they are taken afresh now and then, since a user may move to another zone.
+class ZoneRules
+{
+public:
+    bool Find(WORD year, TIME_ZONE_INFORMATION& zone) noexcept
+    {
+        const std::lock_guard lock(mutex);
+        Rules& rules = kept[year % kept.size()];
+        const ULONGLONG now = GetTickCount64();
+        if (rules.year != year || now - rules.readAt > timeToKeep)
+        {
+            if (!GetTimeZoneInformationForYear(year, nullptr, &rules.zone))
+                return false;
+            rules.year = year;
+            rules.readAt = now;
+        }
+        zone = rules.zone;
+        return true;
+    }
+
+private:
+    static constexpr ULONGLONG timeToKeep = 10'000;
+
+    struct Rules
+    {
+        WORD year = 0;
+        ULONGLONG readAt = 0;
+        TIME_ZONE_INFORMATION zone;
+    };
+
+    std::mutex mutex;
+    std::array<Rules, 64> kept;
+};
+
 bool RulesOf(Milliseconds time, SYSTEMTIME& fields, TIME_ZONE_INFORMATION& zone) noexcept
 {
+    static ZoneRules rules;
     const FILETIME fileTime = FileTimeOf(time);
-    return FileTimeToSystemTime(&fileTime, &fields) &&
-           GetTimeZoneInformationForYear(fields.wYear, nullptr, &zone);
+    return FileTimeToSystemTime(&fileTime, &fields) && rules.Find(fields.wYear, zone);
 }
 
 Milliseconds LocalOf(Milliseconds utc) noexcept

@@ -77,7 +77,7 @@ HRESULT GetClassObject(REFCLSID classId, REFIID iid, void** object) noexcept
         [&]
         {
             ComPtr<IClassFactory> factory;
-            factory.Attach(new CSessionFactory);
+            *factory.GetAddressOf() = new CSessionFactory;    // not by Attach: mingw's adds a reference
             CheckMapi(factory->QueryInterface(iid, object), L"make the class object");
         });
 }

@@ -66,7 +66,8 @@ template <class T, class... Arguments>
 ComPtr<T> MakeObject(Arguments&&... arguments)
 {
     ComPtr<T> object;
-    object.Attach(new T(std::forward<Arguments>(arguments)...));
+    // Not by Attach: mingw's adds a reference.
+    *object.GetAddressOf() = new T(std::forward<Arguments>(arguments)...);
     return object;
 }
 

@@ -68,7 +68,8 @@ template <class T, class... Arguments>
 Microsoft::WRL::ComPtr<T> Make(Arguments&&... arguments)
 {
     Microsoft::WRL::ComPtr<T> object;
-    object.Attach(new T(std::forward<Arguments>(arguments)...));
+    // Not by Attach: mingw's adds a reference.
+    *object.GetAddressOf() = new T(std::forward<Arguments>(arguments)...);
     return object;
 }
 
