@@ -18,14 +18,14 @@ using RestrictionValue = std::variant<std::monostate, std::wstring, std::int64_t
 // PT_UNICODE form, and `value` is of the kind that the tag's type asks for.
 struct Restriction
 {
-    ULONG kind = RES_AND;                 // RES_AND, RES_OR, RES_NOT, RES_CONTENT, RES_PROPERTY, RES_EXIST,
-                                          // RES_SUBRESTRICTION
-    ULONG tag = 0;                        // of the property; of the table for RES_SUBRESTRICTION
-    ULONG relop = RELOP_EQ;               // RES_PROPERTY: RELOP_LT to RELOP_NE
-    ULONG fuzzyLevel = FL_FULLSTRING;     // RES_CONTENT
-    RestrictionValue value;               // RES_PROPERTY and RES_CONTENT
-    std::vector<Restriction> children;    // of RES_AND and RES_OR; RES_NOT: not all of them are met;
-                                          // RES_SUBRESTRICTION: each is met by some row of that table
+    ULONG kind = RES_AND;                   // RES_AND, RES_OR, RES_NOT, RES_CONTENT, RES_PROPERTY, RES_EXIST,
+                                            // RES_SUBRESTRICTION
+    ULONG tag = 0;                          // of the property; of the table for RES_SUBRESTRICTION
+    ULONG relop = RELOP_EQ;                 // RES_PROPERTY: RELOP_LT to RELOP_NE
+    ULONG fuzzyLevel = FL_FULLSTRING;       // RES_CONTENT
+    RestrictionValue value{};               // RES_PROPERTY and RES_CONTENT
+    std::vector<Restriction> children{};    // of RES_AND and RES_OR; RES_NOT: not all of them are met;
+                                            // RES_SUBRESTRICTION: each is met by some row of that table
 };
 
 // A text or binary value by which messages can be found: a property, as it is or without regard to case.
