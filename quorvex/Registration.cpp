@@ -9,16 +9,8 @@
 #include <memory>
 #include <string>
 
-namespace
-{
-using Microsoft::WRL::ComPtr;
-
-// The registrar of the system's atl.dll; no header of the platform declares it.
-constexpr CLSID registrarClass = {
-    0x44EC053A, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
-constexpr IID registrarInterface = {
-    0x44EC053B, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
-
+// The platform's registrar; none of its headers declares it. In no unnamed namespace: there the compiler
+// would know that nobody implements it, and drop the calls.
 struct IRegistrar : public IUnknown
 {
     STDMETHOD(AddReplacement)(LPCOLESTR key, LPCOLESTR item) = 0;
@@ -32,6 +24,16 @@ struct IRegistrar : public IUnknown
     STDMETHOD(ResourceRegister)(LPCOLESTR file, UINT id, LPCOLESTR type) = 0;
     STDMETHOD(ResourceUnregister)(LPCOLESTR file, UINT id, LPCOLESTR type) = 0;
 };
+
+namespace
+{
+using Microsoft::WRL::ComPtr;
+
+// The registrar of the system's atl.dll.
+constexpr CLSID registrarClass = {
+    0x44EC053A, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
+constexpr IID registrarInterface = {
+    0x44EC053B, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
 
 constexpr const wchar_t* scriptType = L"REGISTRY";
 
