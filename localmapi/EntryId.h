@@ -12,6 +12,10 @@
 // The MAPIUID in every entry id of one store.
 using StoreUid = std::array<std::uint8_t, 16>;
 
+// Names this provider: PR_MDB_PROVIDER of its stores.
+inline constexpr StoreUid providerUid = {0x52, 0x6a, 0x1c, 0x8b, 0x4f, 0x0e, 0x7b, 0x4c,
+                                         0x9d, 0x0a, 0x5e, 0x2b, 0x7f, 0x3c, 0x9a, 0x41};
+
 // What an entry id names, by MAPI's object types.
 enum class EntryKind : std::uint32_t
 {

@@ -227,9 +227,9 @@ ComPtr<IMsgStore> CMapiSession::OpenStore()
 ComPtr<IMsgStore> CMapiSession::OpenStoreOf(const EntryId& entryId)
 {
     const ComPtr<IMsgStore> only = OpenStore();
-    // The list of stores gave this uid out while the store's own could not be read.
+    // The list of stores gives the provider's uid out while the store's own cannot be read.
     const bool namesWhateverStoreThereIs =
-        entryId.kind == EntryKind::Store && entryId.storeUid == unreadStoreUid;
+        entryId.kind == EntryKind::Store && entryId.storeUid == providerUid;
     if (!namesWhateverStoreThereIs && entryId.storeUid != EntryIdOf(*only.Get()).storeUid)
         throw MapiError(MAPI_E_UNKNOWN_ENTRYID, L"The item belongs to another mail store.");
     return only;

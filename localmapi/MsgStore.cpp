@@ -15,10 +15,6 @@
 
 namespace
 {
-// {8B1C6A52-0E4F-4C7B-9D0A-5E2B7F3C9A41}: names this provider, as PR_MDB_PROVIDER does.
-constexpr std::uint8_t providerUid[] = {0x52, 0x6A, 0x1C, 0x8B, 0x4F, 0x0E, 0x7B, 0x4C,
-                                        0x9D, 0x0A, 0x5E, 0x2B, 0x7F, 0x3C, 0x9A, 0x41};
-
 class CMsgStore final : public MapiProp<IMsgStore, IID_IMsgStore>
 {
 public:

@@ -6,9 +6,6 @@
 
 #include <algorithm>
 
-const StoreUid unreadStoreUid = {0x6d, 0x1f, 0x0e, 0xd2, 0x55, 0x3b, 0x4c, 0x93,
-                                 0x9a, 0x47, 0x21, 0xc8, 0x70, 0x5d, 0xe4, 0x3a};
-
 namespace
 {
 std::string TextSetting(StoreFile& file, const std::string& name, const std::string& fallback)
@@ -21,7 +18,7 @@ std::string TextSetting(StoreFile& file, const std::string& name, const std::str
 
 StoreDescription DescribeStore(const std::wstring& storePath)
 {
-    StoreDescription description{unreadStoreUid, "Local Mail", "LocalMapi"};
+    StoreDescription description{providerUid, "Local Mail", "LocalMapi"};
     try
     {
         const std::shared_ptr<StoreFile> file = StoreFile::Open(Utf8FromWide(storePath));

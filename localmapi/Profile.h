@@ -12,7 +12,8 @@ struct Profile
 };
 
 // What the profile's tables say of the store. They show it also when its file cannot be opened: then under
-// names of the provider's own and an entry id that stands for whatever the file holds.
+// names of the provider's own, and with the provider's uid in the entry id, which stands for whatever the
+// file holds.
 struct StoreDescription
 {
     StoreUid uid;
@@ -21,6 +22,3 @@ struct StoreDescription
 };
 
 StoreDescription DescribeStore(const std::wstring& storePath);
-
-// The uid in the entry id of a store whose own uid could not be read.
-extern const StoreUid unreadStoreUid;

@@ -47,7 +47,7 @@ Microsoft::WRL::ComPtr<IMAPITable> MakeMsgStoresTable(const StoreDescription& st
                            {PR_DEFAULT_STORE, Number(1)},
                            {PR_PROVIDER_DISPLAY_W, std::string(providerName)},
                            {PR_PROVIDER_DLL_NAME_W, std::string(libraryName)},
-                           {PR_MDB_PROVIDER, BlobOf(unreadStoreUid)}});
+                           {PR_MDB_PROVIDER, BlobOf(providerUid)}});
 }
 
 Microsoft::WRL::ComPtr<IMAPITable> MakeStatusTable(const std::wstring& profileName)

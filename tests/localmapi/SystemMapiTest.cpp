@@ -112,17 +112,21 @@ TEST_F(SystemMapiSession, ListsTheOneStoreAsTheDefault)
 
 TEST_F(SystemMapiSession, OpensTheStoreThatItLists)
 {
-    const Blob listed = StoreEntryId();
     ComPtr<IMsgStore> opened;
 
-    ASSERT_EQ(OpenStore(listed, opened), S_OK);
+    ASSERT_EQ(OpenStore(StoreEntryId(), opened), S_OK);
 
-    SizedSPropTagArray(1, tags) = {1, {PR_ENTRYID}};
+    // What the list says of the store, the store says of itself.
+    ComPtr<IMAPITable> table;
+    ASSERT_EQ(session->GetMsgStoresTable(0, &table), S_OK);
+    const RowSet row = FirstRow(table.Get(), {PR_ENTRYID, PR_RECORD_KEY, PR_MDB_PROVIDER});
+    SizedSPropTagArray(3, tags) = {3, {PR_ENTRYID, PR_RECORD_KEY, PR_MDB_PROVIDER}};
     ULONG count = 0;
-    SPropValue* values = nullptr;
-    ASSERT_EQ(opened->GetProps(reinterpret_cast<SPropTagArray*>(&tags), 0, &count, &values), S_OK);
-    EXPECT_EQ(BlobOf(values[0].Value.bin), listed);
-    mapi.Free(values);
+    SPropValue* read = nullptr;
+    ASSERT_EQ(opened->GetProps(reinterpret_cast<SPropTagArray*>(&tags), 0, &count, &read), S_OK);
+    const MapiBuffer<SPropValue> values(read);
+    for (ULONG index = 0; index < 3; ++index)
+        EXPECT_EQ(BlobOf(read[index].Value.bin), BlobOf(row->aRow[0].lpProps[index].Value.bin)) << index;
 }
 
 TEST_F(SystemMapiSession, OpensTheDefaultStoreWithoutAnEntryId)
