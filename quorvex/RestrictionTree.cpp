@@ -24,9 +24,8 @@ _variant_t Converted(const _variant_t& value, VARTYPE type)
 {
     _variant_t converted;
     // Some platform headers declare the source, which is only read, without const.
-    const HRESULT result = VariantChangeType(&converted, const_cast<_variant_t*>(&value), 0, type);
-    if (FAILED(result))
-        throw MapiError(result, L"The value of a condition does not suit the type of its property.");
+    if (FAILED(VariantChangeType(&converted, const_cast<_variant_t*>(&value), 0, type)))
+        throw MapiError(E_INVALIDARG, L"The value of a condition does not suit the type of its property.");
     return converted;
 }
 
@@ -42,7 +41,7 @@ std::vector<std::uint8_t> BinaryValue(const _variant_t& value)
         return FromHex(TextValue(value));
     const std::optional<std::vector<std::uint8_t>> bytes = BytesOfArray(value.parray);
     if (!bytes)
-        throw MapiError(DISP_E_TYPEMISMATCH, L"A binary value is an array of bytes with one dimension.");
+        throw MapiError(E_INVALIDARG, L"A binary value is an array of bytes with one dimension.");
     return *bytes;
 }
 
