@@ -13,11 +13,11 @@ using UnixSeconds = std::int64_t;
 
 UnixSeconds CurrentUnixSeconds() noexcept;
 
-// A zone's rules for local time. The system decides about daylight saving, by the rules of the year in
-// question; Windows' own zone rules are used, not the C runtime's, which knows only the present year's and
-// takes a Unix value of the variable TZ for its own. A local time that a change to daylight saving leaves out
-// counts as daylight time, so its hour comes back as the one before; one that occurs twice counts as standard
-// time when the system says so. Keeps what it has looked up: one thread at a time.
+// A zone's rules for local time. The system decides about daylight saving, by its rules for the year in
+// question and not by the C runtime's: that knows only the present year's and reads a Unix zone name in the
+// variable TZ as its own kind. A local time that the clock leaves out or shows twice is taken as the system
+// takes it; one left out comes back as a time one change of the clock away. Keeps the rules it has looked up:
+// one thread at a time.
 class TimeZone
 {
 public:

@@ -41,7 +41,7 @@ private:
 };
 }    // namespace
 
-std::wstring DispatchResult<std::wstring>::Take(const _variant_t& result)
+std::wstring DispatchResult<std::wstring>::Take(_variant_t&& result)
 {
     try
     {

@@ -11,6 +11,7 @@
 #include <concepts>
 #include <span>
 #include <string>
+#include <utility>
 
 // Owns one IDispatch reference and calls it late-bound, by fixed dispatch ids. Copies share the object.
 // A refused call throws: COleDispatchException when the object gave exception information, COleException with
@@ -56,49 +57,55 @@ template <>
 struct DispatchResult<void>
 {
     static constexpr VARTYPE type = VT_EMPTY;
-    static void Take(const _variant_t&) {}
+    static void Take(_variant_t&&) {}
 };
 
 template <>
 struct DispatchResult<LONG>
 {
     static constexpr VARTYPE type = VT_I4;
-    static LONG Take(const _variant_t& result) { return result.lVal; }
+    static LONG Take(_variant_t&& result) { return result.lVal; }
 };
 
 template <>
 struct DispatchResult<DATE>
 {
     static constexpr VARTYPE type = VT_DATE;
-    static DATE Take(const _variant_t& result) { return result.date; }
+    static DATE Take(_variant_t&& result) { return result.date; }
 };
 
 template <>
 struct DispatchResult<bool>
 {
     static constexpr VARTYPE type = VT_BOOL;
-    static bool Take(const _variant_t& result) { return result.boolVal != VARIANT_FALSE; }
+    static bool Take(_variant_t&& result) { return result.boolVal != VARIANT_FALSE; }
 };
 
 template <>
 struct DispatchResult<std::wstring>
 {
     static constexpr VARTYPE type = VT_BSTR;
-    static std::wstring Take(const _variant_t& result);    // COleException(E_FAIL) when no string can be had
+    static std::wstring Take(_variant_t&& result);    // COleException(E_FAIL) when no string can be had
 };
 
 template <>
 struct DispatchResult<_variant_t>
 {
     static constexpr VARTYPE type = VT_VARIANT;
-    static _variant_t Take(const _variant_t& result) { return result; }
+    // By exchange, not by copy: a row's array is not made twice.
+    static _variant_t Take(_variant_t&& result)
+    {
+        _variant_t taken;
+        std::swap(static_cast<VARIANT&>(taken), static_cast<VARIANT&>(result));
+        return taken;
+    }
 };
 
 template <std::derived_from<COleDispatchDriver> Driver>
 struct DispatchResult<Driver>
 {
     static constexpr VARTYPE type = VT_DISPATCH;
-    static Driver Take(const _variant_t& result)
+    static Driver Take(_variant_t&& result)
     {
         return Driver(Microsoft::WRL::ComPtr<IDispatch>(result.pdispVal));
     }

@@ -18,7 +18,8 @@ _variant_t MissingVariant();                          // an optional argument th
 std::wstring TextOf(BSTR value);
 
 // Element `index` (counted from the lower bound) of a one-dimensional array variant, as a variant of the
-// element's own type. Empty when `array` holds no such array, has no such element, or a variant cannot hold it.
+// element's own type. Empty when `array` holds no such array, has no such element, or a variant cannot hold
+// it.
 _variant_t ArrayElement(const VARIANT& array, ULONG index);
 
 // The number of elements of a one-dimensional array variant; 0 for anything else.

@@ -1,6 +1,7 @@
 #include "win/OleDispatchDriver.h"
 
 #include "tests/win/FakeDispatch.h"
+#include "tests/win/MemoryGone.h"
 
 #include <windows.h>
 
@@ -117,6 +118,20 @@ TEST_F(OleDispatchDriver, TakesANullTextForTheEmptyOne)
                   });
 
     EXPECT_EQ(driver.GetProperty<std::wstring>(1), L"");
+}
+
+TEST_F(OleDispatchDriver, ThrowsUnspecifiedFailureWhenThereIsNoStringToReceiveAText)
+{
+    _variant_t text = TextVariant(L"longer than a string holds within itself");
+
+    const HRESULT code = CodeOf(
+        [&]
+        {
+            const MemoryGone gone;
+            DispatchResult<std::wstring>::Take(std::move(text));
+        });
+
+    EXPECT_EQ(code, E_FAIL);
 }
 
 TEST_F(OleDispatchDriver, OwnsTheObjectThatACallReturns)
