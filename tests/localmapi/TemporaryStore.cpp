@@ -48,7 +48,8 @@ TemporaryStore::TemporaryStore()
     folder = std::filesystem::temp_directory_path() /
              ("localmapi-" + std::to_string(random()) + std::to_string(random()));
     std::filesystem::create_directories(folder);
-    Query(Path(), localStoreSql);
+    // One transaction: each statement of its own would wait for the disk.
+    Query(Path(), std::string("BEGIN;") + localStoreSql + "COMMIT;");
 }
 
 TemporaryStore::~TemporaryStore()
