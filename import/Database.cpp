@@ -15,7 +15,7 @@ std::string Reason(sqlite3* handle, int result)
 }
 }    // namespace
 
-Database::Database(const std::filesystem::path& path) : path(path)
+Database::Database(const std::filesystem::path& path, const std::filesystem::path& shownAs) : shownAs(shownAs)
 {
     sqlite3* opened = nullptr;
     const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
@@ -29,7 +29,7 @@ Database::Database(const std::filesystem::path& path) : path(path)
 void Database::Check(int result) const
 {
     if (result != SQLITE_OK && result != SQLITE_DONE && result != SQLITE_ROW)
-        throw ImportError("cannot write " + path.string() + ": " + Reason(handle.get(), result));
+        throw ImportError("cannot write " + shownAs.string() + ": " + Reason(handle.get(), result));
 }
 
 void Database::Execute(const char* script)

@@ -9,12 +9,13 @@
 #include <string>
 #include <string_view>
 
-// One open SQLite file. Every failure is an ImportError that names the file.
+// One open SQLite file. Every failure is an ImportError that names the file as `shownAs`.
 class Database
 {
 public:
     // Opens a file that exists.
-    explicit Database(const std::filesystem::path& path);
+    explicit Database(const std::filesystem::path& path) : Database(path, path) {}
+    Database(const std::filesystem::path& path, const std::filesystem::path& shownAs);
 
     void Execute(const char* script);
     int64_t ReadNumber(const char* query);
@@ -34,7 +35,7 @@ private:
         void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
     };
 
-    std::filesystem::path path;
+    std::filesystem::path shownAs;
     std::unique_ptr<sqlite3, Closer> handle;
 };
 

@@ -162,8 +162,10 @@ void ApplyFlags(const MailFlags& flags, const MailHeaders& headers, MailRecord& 
 
 GlibObject<GMimeMessage> ParseMessage(std::string_view bytes)
 {
+    std::string readable(bytes);
+    LimitGroups(readable);
     // The stream keeps a copy of the bytes; the message's parts hold references to the stream.
-    const GlibObject<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(bytes.data(), bytes.size()));
+    const GlibObject<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(readable.data(), readable.size()));
     const GlibObject<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
     return GlibObject<GMimeMessage>(g_mime_parser_construct_message(parser.get(), nullptr));
 }

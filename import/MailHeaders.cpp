@@ -28,6 +28,24 @@ std::string_view WithoutLineEnd(std::string_view line)
     return line;
 }
 
+constexpr std::ptrdiff_t mostGroups = 1000;
+
+void LimitColons(std::string::iterator begin, std::string::iterator end)
+{
+    std::ptrdiff_t colons = 0;
+    for (auto character = begin; character != end; ++character)
+        if (*character == ':' && ++colons > mostGroups)
+            *character = ' ';
+}
+
+bool IsAddressFieldLine(std::string_view line)
+{
+    constexpr std::string_view names[] = {"from", "sender", "reply-to", "to", "cc", "bcc"};
+    const std::string_view name = line.substr(0, std::min(line.find(':'), line.size()));
+    return IsHeaderFieldLine(line) && name.size() < 20 &&
+           std::ranges::find(names, AsciiLower(Trimmed(name))) != std::end(names);
+}
+
 MailAddress FromMailbox(InternetAddress* mailbox)
 {
     const char* const name = internet_address_get_name(mailbox);
@@ -53,8 +71,9 @@ void Flatten(InternetAddressList* list, std::vector<MailAddress>& addresses)
     std::erase_if(addresses, [](const MailAddress& address) { return address.name.empty(); });
 }
 
-void AppendAddresses(const std::string& value, std::vector<MailAddress>& addresses)
+void AppendAddresses(std::string value, std::vector<MailAddress>& addresses)
 {
+    LimitColons(value.begin(), value.end());
     const GlibObject<InternetAddressList> list(internet_address_list_parse(nullptr, value.c_str()));
     const size_t before = addresses.size();
     if (list)
@@ -173,4 +192,22 @@ std::vector<MailAddress> MailHeaders::Addresses(std::string_view name) const
         if (field.name == name)
             AppendAddresses(field.value, addresses);
     return addresses;
+}
+
+void LimitGroups(std::string& mail)
+{
+    if (std::ranges::count(mail, ':') <= mostGroups)
+        return;
+    for (size_t begin = 0; begin < mail.size();)
+    {
+        const std::string_view line = FirstLine(std::string_view(mail).substr(begin));
+        const bool holdsAddresses = IsAddressFieldLine(line);
+        size_t end = begin + line.size();
+        while (end < mail.size() && IsContinuation(std::string_view(mail).substr(end)))
+            end += FirstLine(std::string_view(mail).substr(end)).size();
+        if (holdsAddresses)
+            LimitColons(mail.begin() + static_cast<std::ptrdiff_t>(begin),
+                        mail.begin() + static_cast<std::ptrdiff_t>(end));
+        begin = end;
+    }
 }

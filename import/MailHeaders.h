@@ -61,3 +61,7 @@ bool IsHeaderFieldLine(std::string_view line);
 
 // How many of the lines up to the first empty one are fields that mail has and other texts hardly do.
 int CountMailFields(std::string_view text);
+
+// Takes the colons behind the thousandth out of every address field of the mail and of the messages in it.
+// Groups do not nest (RFC 5322 3.4), but the MIME library follows them into each other until its stack ends.
+void LimitGroups(std::string& mail);

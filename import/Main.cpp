@@ -41,6 +41,11 @@ constexpr std::string_view usage =
     "Exit status: 0 done, 1 wrong usage, 2 nothing was imported, 128 + N stopped by\n"
     "signal N.\n";
 
+std::string Counted(int64_t count, const std::string& what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 // A line on the terminal that is written over again and again; nothing where errors do not go to a terminal.
 class ProgressLine
 {
@@ -57,8 +62,8 @@ public:
         if (!onTerminal || now < next)
             return;
         next = now + std::chrono::milliseconds(100);
-        std::fprintf(stderr, "\r%lld messages in %lld folders", static_cast<long long>(counts.messages),
-                     static_cast<long long>(counts.folders));
+        std::fprintf(stderr, "\r%s in %s", Counted(counts.messages, "message").c_str(),
+                     Counted(counts.folders, "folder").c_str());
         shown = true;
     }
 
@@ -67,11 +72,6 @@ private:
     bool shown = false;
     Clock::time_point next;
 };
-
-std::string Counted(int64_t count, const std::string& what)
-{
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
 
 void PrintSummary(const ImportCounts& counts, const SourcePlan& plan, const std::string& store,
                   Clock::duration time)

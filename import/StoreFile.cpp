@@ -79,7 +79,10 @@ private:
 class NewStore : public StoreFile
 {
 public:
-    explicit NewStore(const fs::path& path) : path(path), file(path), database(std::in_place, file.Path())
+    explicit NewStore(const fs::path& path)
+        : path(path),
+          file(path),
+          database(std::in_place, file.Path(), path)
     {
         // Nobody sees this file before it is whole, so it needs no journal.
         database->Execute(
@@ -108,22 +111,44 @@ private:
 class ExistingStore : public StoreFile
 {
 public:
-    explicit ExistingStore(const fs::path& path) : database(path)
+    explicit ExistingStore(const fs::path& path) : path(path), database(std::in_place, path)
     {
-        database.Execute("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL; PRAGMA cache_size = -65536;"
-                         "BEGIN IMMEDIATE");
+        database->Execute("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL; PRAGMA cache_size = -65536;"
+                          "BEGIN IMMEDIATE");
+    }
+    ~ExistingStore() override
+    {
+        if (database)
+            RollBack();
     }
 
-    Database& GetDatabase() override { return database; }
+    Database& GetDatabase() override { return *database; }
 
     void Commit() override
     {
-        database.Execute("COMMIT");
-        database.Close();
+        database->Execute("COMMIT");
+        database->Close();
+        database.reset();
     }
 
 private:
-    Database database;    // closing it rolls back
+    // Closing rolls back, but after a failed write it leaves that to whoever opens the file next: better us
+    // than somebody who may not write.
+    void RollBack() noexcept
+    {
+        database.reset();
+        try
+        {
+            Database(path).ReadNumber("SELECT count(*) FROM folder");
+        }
+        catch (const ImportError&)
+        {
+            // The journal stays, and with it all that is needed to undo the import.
+        }
+    }
+
+    fs::path path;
+    std::optional<Database> database;
 };
 
 void CheckIsStore(const fs::path& path)

@@ -262,6 +262,30 @@ TEST(Mail, NestedVeryDeepIsRead)
     EXPECT_EQ(Convert(bytes + "\nhello\n").subject, "deep");
 }
 
+TEST(Mail, WithGroupsInGroupsWithoutEndIsRead)
+{
+    std::string groups = "To: ";
+    for (int depth = 0; depth < 200'000; ++depth)
+        groups += depth % 1000 == 999 ? "a:\n " : "a:";
+    const std::string nested = "Subject: inner\n" + groups + "b@c\n\ntext\n";
+
+    const MailRecord record =
+        Convert("Content-Type: multipart/mixed; boundary=b\n" + groups + "b@c\n\n--b\n" +
+                "Content-Type: message/rfc822\n\n" + nested + "--b--\n");
+
+    ASSERT_EQ(record.attachments.size(), 1u);
+    EXPECT_EQ(record.attachments[0].displayName, "inner");
+}
+
+TEST(Mail, WithManyRecipientsKeepsThemAll)
+{
+    std::string list = "To: ";
+    for (int number = 0; number < 5000; ++number)
+        list += "<u" + std::to_string(number) + "@x>,\n ";
+
+    EXPECT_EQ(Convert(list + "<last@x>\n\ntext\n").recipients.size(), 5001u);
+}
+
 TEST(Attachment, HasItsDecodedNameTypeIdAndContent)
 {
     const MailRecord record = Convert("Content-Type: multipart/mixed; boundary=b\n\n--b\n\ntext\n--b\n"

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <thread>
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -278,6 +279,51 @@ TEST_F(MailImport, LeavesAStoreAsItWasWhenItCannotGrow)
     StoreQuery query(store);
     EXPECT_EQ(query.Text("PRAGMA integrity_check"), "ok");
     EXPECT_EQ(query.MessagesByFolder(), (std::map<std::string, int64_t>{{"few", 2}}));
+}
+
+// A file system of a few megabytes, where the test may mount one.
+class FullDisk : public MailImport
+{
+protected:
+    void SetUp() override
+    {
+        MailImport::SetUp();
+        mounted = mount("tmpfs", store.parent_path().c_str(), "tmpfs", 0, "size=4m") == 0;
+        if (!mounted)
+            GTEST_SKIP() << "this user may not mount a small file system";
+    }
+
+    void TearDown() override
+    {
+        if (mounted)
+            umount(store.parent_path().c_str());
+    }
+
+    bool mounted = false;
+};
+
+TEST_F(FullDisk, LeavesNothingOfANewStore)
+{
+    directory.Write("many.mbox", Mbox(3000, 4000));
+
+    const ChildResult result = Import({Path("many.mbox")});
+
+    ExpectFailure(result);
+    EXPECT_NE(result.errors.find("store.db: database or disk is full"), std::string::npos) << result.errors;
+    EXPECT_FALSE(fs::exists(store));
+}
+
+TEST_F(FullDisk, LeavesAnExistingStoreAsItWas)
+{
+    directory.Write("few.mbox", Mbox(2));
+    directory.Write("many.mbox", Mbox(3000, 4000));
+    ASSERT_EQ(Import({Path("few.mbox")}).exitCode, 0);
+    const std::string before = Bytes(store);
+
+    const ChildResult result = Import({Path("many.mbox")});
+
+    ExpectFailure(result);
+    EXPECT_EQ(Bytes(store), before);
 }
 
 class StoppedMailImport : public MailImport, public testing::WithParamInterface<int>
