@@ -1,5 +1,6 @@
 #include "quorvex/FolderSnapshotCache.h"
 
+#include "quorvex/MapiTags.h"
 #include "quorvex/PropertyReader.h"
 
 #include <mapitags.h>
@@ -9,9 +10,6 @@
 
 namespace
 {
-constexpr ULONG commitTimeTag =
-    0x670A0040;    // PR_LOCAL_COMMIT_TIME_MAX: when anything in the folder last changed
-
 constexpr std::uint64_t millisecondsBetweenChecks = 1000;
 
 std::optional<std::int64_t> NumberAt(const PropertyValues& values, std::size_t index)
@@ -31,7 +29,7 @@ FolderSnapshotCache::FolderSnapshotCache(Clock milliseconds)
 
 FolderSnapshotCache::FolderState FolderSnapshotCache::ReadState(IMAPIFolder* folder)
 {
-    constexpr std::array tags{PR_CONTENT_COUNT, commitTimeTag};
+    constexpr std::array tags{PR_CONTENT_COUNT, tag::localCommitTimeMax};
     const PropertyValues values(folder, tags);
     return {NumberAt(values, 0), NumberAt(values, 1)};
 }

@@ -1,5 +1,6 @@
 #include "quorvex/ItemTableCursor.h"
 
+#include "quorvex/MapiTags.h"
 #include "quorvex/PropVariant.h"
 #include "quorvex/PropertyReader.h"
 
@@ -9,12 +10,9 @@
 
 namespace
 {
-// Of a row whose PR_ENTRYID is valid for this session only.
-constexpr ULONG longTermEntryIdTag = 0x66700102;
-
-bool IsEntryIdColumn(ULONG tag)
+bool IsEntryIdColumn(ULONG columnTag)
 {
-    return tag == PR_ENTRYID || tag == longTermEntryIdTag;
+    return columnTag == PR_ENTRYID || columnTag == tag::longTermEntryIdFromTable;
 }
 }    // namespace
 
@@ -45,9 +43,9 @@ std::vector<_variant_t> ItemTableCursor::Row()
     return values;
 }
 
-_variant_t ItemTableCursor::EntryIdColumn(ULONG tag, std::size_t row)
+_variant_t ItemTableCursor::EntryIdColumn(ULONG columnTag, std::size_t row)
 {
-    if (tag == longTermEntryIdTag)
+    if (columnTag == tag::longTermEntryIdFromTable)
         if (const EntryIdBytes id = snapshot->LongTermEntryId(row); !id.empty())
             return BinaryVariant(id);
     // A store that tells no long-term ids apart has only such.

@@ -41,7 +41,7 @@ public:
 private:
     bool MoveTo(std::size_t match);
     bool Search(const RestrictionNode* restriction, bool forward);
-    _variant_t EntryIdColumn(ULONG tag, std::size_t row);
+    _variant_t EntryIdColumn(ULONG columnTag, std::size_t row);
     void FillFromMessage(std::vector<_variant_t>& values, std::size_t row);
 
     const std::shared_ptr<FolderSnapshot> snapshot;

@@ -3,41 +3,18 @@
 #include "quorvex/AutomationDate.h"
 #include "quorvex/DispatchArguments.h"
 #include "quorvex/EntryId.h"
-#include "quorvex/MapiError.h"
+#include "quorvex/SafeArrays.h"
 
 #include <objbase.h>
 #include <oleauto.h>
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <string_view>
+#include <vector>
 
 namespace
 {
-struct SafeArrayDeleter
-{
-    void operator()(SAFEARRAY* array) const noexcept { SafeArrayDestroy(array); }
-};
-using SafeArray = std::unique_ptr<SAFEARRAY, SafeArrayDeleter>;
-
-SafeArray MakeArray(VARTYPE type, std::size_t count)
-{
-    SafeArray array(SafeArrayCreateVector(type, 0, static_cast<ULONG>(count)));
-    if (!array)
-        throw MapiError(E_OUTOFMEMORY, L"There is not enough memory for the values.");
-    return array;
-}
-
-_variant_t ArrayVariant(SafeArray array, VARTYPE type)
-{
-    VARIANT value;
-    VariantInit(&value);
-    value.vt = static_cast<VARTYPE>(VT_ARRAY | type);
-    value.parray = array.release();
-    return _variant_t(value, false);    // takes the array over
-}
-
 std::wstring FromSystemCodePage(std::string_view text)
 {
     const int length = static_cast<int>(text.size());
@@ -104,14 +81,10 @@ _variant_t SeveralValues(const SPropValue& values)
 {
     // Every kind of several values starts with their count.
     const ULONG count = values.Value.MVl.cValues;
-    SafeArray array = MakeArray(VT_VARIANT, count);
+    std::vector<_variant_t> elements;
     for (ULONG index = 0; index < count; ++index)
-    {
-        _variant_t element = ToVariant(ElementOf(values, index));
-        LONG position = static_cast<LONG>(index);
-        CheckMapi(SafeArrayPutElement(array.get(), &position, &element), L"fill an array");
-    }
-    return ArrayVariant(std::move(array), VT_VARIANT);
+        elements.push_back(ToVariant(ElementOf(values, index)));
+    return VariantsAsArray(elements);
 }
 }    // namespace
 

@@ -2,6 +2,7 @@
 
 #include "quorvex/CaseFolding.h"
 #include "quorvex/MapiError.h"
+#include "quorvex/MapiTags.h"
 #include "quorvex/MessageGone.h"
 #include "quorvex/PropVariant.h"
 #include "quorvex/TableReader.h"
@@ -18,9 +19,6 @@
 namespace
 {
 using Microsoft::WRL::ComPtr;
-
-// MAPI's headers do not number it: the long-term entry id of a row whose PR_ENTRYID is a short-term one.
-constexpr ULONG longTermEntryIdTag = 0x66700102;
 
 constexpr std::array<ColumnKey, 3> indexedColumns{
     {{PR_SUBJECT_W, false}, {PR_SENDER_EMAIL_ADDRESS_W, false}, {PR_SENDER_NAME_W, false}}};
@@ -182,7 +180,7 @@ std::optional<std::uint32_t> SnapshotRows::PlaceOf(std::span<const std::uint8_t>
 
 void SnapshotRows::TakeValue(std::uint32_t row, const SPropValue& value)
 {
-    if (value.ulPropTag == longTermEntryIdTag)
+    if (value.ulPropTag == tag::longTermEntryIdFromTable)
         longTermIds.Set(row, BytesOf(value.Value.bin));
     for (DigestColumn& column : digestColumns)
     {
@@ -228,7 +226,7 @@ std::span<const std::uint8_t> SnapshotRows::LongTermEntryId(std::size_t row)
     {
         longTermIds = {};
         longTermIds.Resize(Count());
-        ReadTable({&longTermEntryIdTag, 1});
+        ReadTable({&tag::longTermEntryIdFromTable, 1});
         hasLongTermIds = true;
     }
     return longTermIds.At(row);
