@@ -71,18 +71,19 @@ bool FillReal(SPropValue& property, double real)
 
 bool FillText(SPropValue& property, const std::string& text, void* owner)
 {
-    const std::wstring wide = WideFromUtf8(text);
     if (PROP_TYPE(property.ulPropTag) == PT_UNICODE)
     {
-        property.Value.lpszW = AllocateMapiArray<wchar_t>(wide.size() + 1, owner);
-        wide.copy(property.Value.lpszW, wide.size());
+        // Straight into the client's buffer: bodies are long, and a folder has many.
+        property.Value.lpszW = AllocateMapiArray<wchar_t>(text.size() + 1, owner);
+        property.Value.lpszW[WideFromUtf8(text, property.Value.lpszW)] = L'\0';
         return true;
     }
     if (PROP_TYPE(property.ulPropTag) != PT_STRING8)
         return false;
-    const std::string ansi = AnsiFromWide(wide);
+    const std::string ansi = AnsiFromWide(WideFromUtf8(text));
     property.Value.lpszA = AllocateMapiArray<char>(ansi.size() + 1, owner);
     ansi.copy(property.Value.lpszA, ansi.size());
+    property.Value.lpszA[ansi.size()] = '\0';
     return true;
 }
 

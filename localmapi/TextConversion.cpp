@@ -13,12 +13,17 @@ int CheckedLength(std::size_t length)
     return static_cast<int>(length);
 }
 
-std::wstring WideFrom(UINT codePage, std::string_view text)
+// No encoding takes fewer bytes than UTF-16 takes code units, so the bytes' number is room enough.
+std::size_t WideFrom(UINT codePage, std::string_view text, wchar_t* buffer)
 {
     const int length = CheckedLength(text.size());
-    std::wstring wide(length ? MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0) : 0, L'\0');
-    if (!wide.empty())
-        MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));
+    return length ? MultiByteToWideChar(codePage, 0, text.data(), length, buffer, length) : 0;
+}
+
+std::wstring WideFrom(UINT codePage, std::string_view text)
+{
+    std::wstring wide(text.size(), L'\0');
+    wide.resize(WideFrom(codePage, text, wide.data()));
     return wide;
 }
 
@@ -38,6 +43,11 @@ std::string NarrowFrom(UINT codePage, std::wstring_view text)
 std::wstring WideFromUtf8(std::string_view text)
 {
     return WideFrom(CP_UTF8, text);
+}
+
+std::size_t WideFromUtf8(std::string_view text, wchar_t* buffer)
+{
+    return WideFrom(CP_UTF8, text, buffer);
 }
 
 std::string Utf8FromWide(std::wstring_view text)
