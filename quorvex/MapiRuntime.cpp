@@ -92,6 +92,11 @@ void PrepareThread()
     FlsSetValue(slot, nullptr);
     // Without the flag MAPI would want a message loop on this thread for its notifications.
     MAPIINIT_0 options{MAPI_INIT_VERSION, MAPI_MULTITHREAD_NOTIFICATIONS};
-    CheckMapi(functions.initialize(&options), L"start the mail system");
+    const HRESULT result = functions.initialize(&options);
+    if (FAILED(result))
+        throw MapiError(result,
+                        L"The mail system of this computer does not start (" + NameOfFailure(result) +
+                            L"). Install a mail program that has Extended MAPI, make it the default and "
+                            L"try again.");
     FlsSetValue(slot, const_cast<MapiFunctions*>(&functions));
 }
