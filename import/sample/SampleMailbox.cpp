@@ -10,7 +10,10 @@
 namespace
 {
 constexpr uint64_t seed = 20231;
-constexpr int64_t firstMorning = 1'640'995'200 + 8 * 3600;    // 2022-01-01
+constexpr int64_t hour = 3600;
+constexpr int64_t newYear2022 = 1'640'995'200;
+constexpr int64_t newYear2023 = 1'672'531'200;
+constexpr int64_t newYear2024 = 1'704'067'200;
 constexpr size_t copiesOfAKind = 20;
 constexpr size_t copiesWithoutTextAndSubject = 6;    // each needs a sender of its own
 
@@ -20,18 +23,20 @@ struct FolderOutline
     SampleForm form;
     size_t letters;
     const char* project;
+    int64_t begin;      // seconds since 1970 UTC
+    int64_t spacing;    // from one letter to the next
 };
 
 constexpr FolderOutline outlines[] = {
-    {"Inbox", SampleForm::maildir, 520, "Harbour crane"},
-    {"Inbox/Lists/Build", SampleForm::maildir, 260, "Nightly build"},
-    {"Inbox/Lists/Gardening", SampleForm::maildir, 180, "Allotment"},
-    {"Inbox/Newsletters", SampleForm::maildir, 160, "Harbour weekly"},
-    {"Sent Items", SampleForm::mbox, 300, "Observatory"},
-    {"Archive/2022", SampleForm::mbox, 240, "Museum catalogue"},
-    {"Archive/2023", SampleForm::mbox, 240, "River survey"},
-    {"Projects/Harbour", SampleForm::messageFiles, 120, "Harbour crane"},
-    {"Projects/Observatory", SampleForm::messageFiles, 110, "Observatory dome"}};
+    {"Inbox", SampleForm::maildir, 520, "Harbour crane", newYear2024, 15 * hour},
+    {"Inbox/Lists/Build", SampleForm::maildir, 260, "Nightly build", newYear2024, 26 * hour},
+    {"Inbox/Lists/Gardening", SampleForm::maildir, 180, "Allotment", newYear2024, 44 * hour},
+    {"Inbox/Newsletters", SampleForm::maildir, 160, "Harbour weekly", newYear2024, 48 * hour},
+    {"Sent Items", SampleForm::mbox, 300, "Observatory", newYear2024, 26 * hour},
+    {"Archive/2022", SampleForm::mbox, 240, "Museum catalogue", newYear2022, 30 * hour},
+    {"Archive/2023", SampleForm::mbox, 240, "River survey", newYear2023, 30 * hour},
+    {"Projects/Harbour", SampleForm::messageFiles, 120, "Harbour crane", newYear2023, 60 * hour},
+    {"Projects/Observatory", SampleForm::messageFiles, 110, "Observatory dome", newYear2023, 70 * hour}};
 
 class SampleMaker
 {
@@ -67,7 +72,7 @@ private:
 
     SampleMail MakeMail(const FolderOutline& outline, const SampleFolder& folder)
     {
-        SampleMail mail = MakeEnvelope(outline);
+        SampleMail mail = MakeEnvelope(outline, folder.mails.size());
         const bool answers = !folder.mails.empty() && random.Below(5) < 2;
         if (mail.listId.empty() && random.OneIn(12))
             ApplyForeignLetter(mail);
@@ -80,7 +85,7 @@ private:
         return mail;
     }
 
-    SampleMail MakeEnvelope(const FolderOutline& outline)
+    SampleMail MakeEnvelope(const FolderOutline& outline, size_t position)
     {
         SampleMail mail;
         ++serial;
@@ -89,7 +94,8 @@ private:
         mail.to = {sent ? random.PickFrom(SamplePeople()) : SampleOwner()};
         for (size_t others = random.Below(3); others > 0; --others)
             (random.OneIn(2) ? mail.to : mail.cc).push_back(random.PickFrom(SamplePeople()));
-        mail.sentAt = firstMorning + serial * 27'000 + static_cast<int64_t>(random.Below(20'000));
+        mail.sentAt = outline.begin + static_cast<int64_t>(position) * outline.spacing +
+                      static_cast<int64_t>(random.Below(static_cast<size_t>(outline.spacing)));
         mail.zoneHours = static_cast<int>(random.Below(12)) - 5;
         mail.messageId =
             std::to_string(serial) + "." + std::to_string(random.Below(1'000'000'000)) + "@example.org";
@@ -212,7 +218,7 @@ private:
 
     size_t AddEmptyOriginal(CopyKind kind, size_t number, size_t folder)
     {
-        SampleMail mail = MakeEnvelope(outlines[folder]);
+        SampleMail mail = MakeEnvelope(outlines[folder], mailbox.folders[folder].mails.size());
         mail.listId.clear();
         mail.from = kind == CopyKind::emptyBoth ? SamplePeople()[number] : mail.from;
         if (kind == CopyKind::emptyBody)
