@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace
 {
 using Microsoft::WRL::ComPtr;
@@ -399,4 +402,23 @@ TEST_F(MapiTable, OffersNoNotificationsNorCategories)
     EXPECT_EQ(table->Advise(0, nullptr, &connection), MAPI_E_NO_SUPPORT);
     EXPECT_EQ(table->ExpandRow(0, nullptr, 1, 0, &rows, &more), MAPI_E_NO_SUPPORT);
     EXPECT_EQ(rows, nullptr);
+}
+
+TEST_F(MapiTable, GivesEveryRowOnceHoweverManyThreadsRead)
+{
+    table = MakeSubjectTable(std::vector<std::string>(4000, "x"));
+    std::atomic<std::size_t> read = 0;
+    std::vector<std::thread> threads;
+
+    for (int count = 0; count < 4; ++count)
+        threads.emplace_back(
+            [&]
+            {
+                for (std::size_t rows = 1; rows > 0; read += rows)
+                    rows = ReadSubjects(*table.Get(), 7).size();
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_EQ(read, 4000u);
 }

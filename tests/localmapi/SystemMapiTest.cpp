@@ -69,6 +69,16 @@ protected:
                                   &object);
     }
 
+    ComPtr<IMAPIFolder> OpenFolder(std::int64_t id)
+    {
+        ULONG type = 0;
+        ComPtr<IUnknown> opened;
+        ComPtr<IMAPIFolder> folder;
+        EXPECT_EQ(OpenEntry(EncodeEntryId({Uid(), EntryKind::Folder, id}), type, opened), S_OK);
+        EXPECT_EQ(opened->QueryInterface(IID_IMAPIFolder, &folder), S_OK);
+        return folder;
+    }
+
     std::wstring LastText(HRESULT result)
     {
         MAPIERROR* error = nullptr;
@@ -247,14 +257,7 @@ TEST_F(SystemMapiSession, TellsTheServicesNameFromTheStore)
 
 TEST_F(SystemMapiSession, RefusesMoreRowsThanAskedFor)
 {
-    ComPtr<IMsgStore> opened;
-    ASSERT_EQ(OpenStore({}, opened), S_OK);
-    ULONG type = 0;
-    ComPtr<IMAPIFolder> top;
-    Blob topId = EncodeEntryId({Uid(), EntryKind::Folder, 2});
-    ASSERT_EQ(opened->OpenEntry(static_cast<ULONG>(topId.size()), reinterpret_cast<ENTRYID*>(topId.data()),
-                                nullptr, 0, &type, reinterpret_cast<IUnknown**>(top.GetAddressOf())),
-              S_OK);
+    const ComPtr<IMAPIFolder> top = OpenFolder(2);
     ComPtr<IMAPITable> folders;
     ASSERT_EQ(top->GetHierarchyTable(0, &folders), S_OK);
     SRowSet* rows = nullptr;
@@ -263,6 +266,26 @@ TEST_F(SystemMapiSession, RefusesMoreRowsThanAskedFor)
     EXPECT_EQ(rows, nullptr);
     EXPECT_EQ(mapi.QueryAllRows(folders.Get(), nullptr, nullptr, 9, &rows), S_OK);
     EXPECT_EQ(RowSet(rows)->cRows, 9u);
+}
+
+TEST_F(SystemMapiSession, KeepsThePlaceOfARowThatIsGone)
+{
+    const std::int64_t first = store.AddMessage(3, "first");
+    store.AddMessage(3, "second");
+    ComPtr<IMAPITable> contents;
+    ASSERT_EQ(OpenFolder(3)->GetContentsTable(0, &contents), S_OK);
+    SizedSPropTagArray(1, columns) = {1, {PR_SUBJECT_W}};
+    ASSERT_EQ(contents->SetColumns(reinterpret_cast<SPropTagArray*>(&columns), 0), S_OK);
+    ASSERT_EQ(contents->SeekRow(BOOKMARK_BEGINNING, 0, nullptr), S_OK);
+
+    store.Run("DELETE FROM message WHERE id = " + std::to_string(first));
+    SRowSet* read = nullptr;
+    ASSERT_EQ(contents->QueryRows(10, 0, &read), S_OK);
+    const RowSet rows(read);
+
+    ASSERT_EQ(rows->cRows, 2u);
+    EXPECT_EQ(PROP_TYPE(rows->aRow[0].lpProps[0].ulPropTag), PT_ERROR);
+    EXPECT_STREQ(rows->aRow[1].lpProps[0].Value.lpszW, L"second");
 }
 
 TEST_F(SystemMapiSession, HasNoAddressBook)
@@ -423,4 +446,51 @@ TEST(SystemMapiUtilities, GiveComsOwnAllocator)
     void* const memory = allocator->Alloc(10);
     EXPECT_NE(memory, nullptr);
     allocator->Free(memory);
+}
+
+TEST(SystemMapiUtilities, OpenFilesByTheirNamesInTheCodePage)
+{
+    const SystemMapi mapi;
+    const TemporaryStore store;
+    std::string path = store.Path();
+    ComPtr<IStream> stream;
+    char read[17] = {};
+
+    const HRESULT result = mapi.Find<decltype(OpenStreamOnFile)>("OpenStreamOnFile@24")(
+        nullptr, nullptr, STGM_READ, reinterpret_cast<LPTSTR>(path.data()), nullptr, &stream);
+
+    ASSERT_EQ(result, S_OK);
+    ASSERT_EQ(stream->Read(read, 15, nullptr), S_OK);
+    EXPECT_STREQ(read, "SQLite format 3");
+}
+
+namespace
+{
+// Counts its references; nobody ever notifies it.
+class UnusedSink : public IMAPIAdviseSink
+{
+public:
+    STDMETHODIMP QueryInterface(REFIID, void**) noexcept override { return E_NOINTERFACE; }
+    STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
+    STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
+    STDMETHODIMP_(ULONG) OnNotify(ULONG, LPNOTIFICATION) noexcept override { return 0; }
+
+    ULONG references = 1;
+};
+}    // namespace
+
+TEST(SystemMapiUtilities, WrapASinkForTheThread)
+{
+    const SystemMapi mapi;
+    UnusedSink sink;
+    IMAPIAdviseSink* wrapped = nullptr;
+
+    const HRESULT result =
+        mapi.Find<decltype(HrThisThreadAdviseSink)>("HrThisThreadAdviseSink@8")(&sink, &wrapped);
+
+    ASSERT_EQ(result, S_OK);
+    ASSERT_NE(wrapped, nullptr);
+    EXPECT_EQ(sink.references, 2u);
+    wrapped->Release();
+    EXPECT_EQ(sink.references, 1u);
 }
