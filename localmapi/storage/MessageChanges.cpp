@@ -161,7 +161,9 @@ void Write(Database& database, std::int64_t id, const MessageChanges& changes)
         DeleteAttachment(database, id, number);
     for (const auto& [number, change] : changes.attachments)
         WriteAttachment(database, id, number, change);
-    if (!changes.attachments.empty() || !changes.deletedAttachments.empty())
+    // Flags that a client copied from another message say nothing of this one's attachments.
+    const bool flagsWritten = changes.properties.contains(tag::messageFlags);
+    if (flagsWritten || !changes.attachments.empty() || !changes.deletedAttachments.empty())
         UpdateAttachFlag(database, id);
 }
 

@@ -2,6 +2,8 @@
 
 #include "localmapi/storage/StoreError.h"
 
+#include <sqlite3.h>
+
 #include <chrono>
 #include <filesystem>
 
@@ -9,6 +11,8 @@ namespace
 {
 constexpr std::int64_t expectedApplicationId = 0x544D5153;
 constexpr std::int64_t expectedVersion = 1;
+constexpr std::int64_t uidSize = 16;
+constexpr std::int64_t specialFolderCount = 11;
 
 std::filesystem::path AsPath(const std::string& utf8)
 {
@@ -27,12 +31,30 @@ const std::string& RequireFile(const std::string& path)
     return path;
 }
 
+// A file that begins well may still have been cut off or overwritten.
+void RequireContents(Database& database, const std::string& path)
+{
+    if (database.ReadInteger("SELECT length(value) FROM setting WHERE name = 'store_uid'") != uidSize ||
+        database.ReadInteger("SELECT count(*) FROM folder WHERE id <= 11") != specialFolderCount)
+        throw StoreError(StoreFault::NotAStore, "The mail store " + path + " is damaged.");
+}
+
 void RequireFormat(Database& database, const std::string& path)
 {
     if (database.ReadInteger("PRAGMA application_id") != expectedApplicationId)
         throw StoreError(StoreFault::NotAStore, "The file " + path + " is no mail store.");
     if (database.ReadInteger("PRAGMA user_version") != expectedVersion)
         throw StoreError(StoreFault::NotAStore, "The mail store " + path + " is of another version.");
+    RequireContents(database, path);
+}
+
+std::string OpeningFailure(const StoreError& error, const std::string& path)
+{
+    if (error.sqliteCode == SQLITE_NOTADB)
+        return "The file " + path + " is no mail store.";
+    if (error.fault == StoreFault::NotAStore)
+        return "The mail store " + path + " is damaged.";
+    return "The mail store " + path + " cannot be opened. " + error.what();
 }
 
 void ChooseJournal(Database& database)
@@ -61,8 +83,7 @@ std::shared_ptr<StoreFile> StoreFile::Open(const std::string& path)
     {
         if (error.sqliteCode == 0)
             throw;
-        throw StoreError(error.fault, "The mail store " + path + " cannot be opened. " + error.what(),
-                         error.sqliteCode);
+        throw StoreError(error.fault, OpeningFailure(error, path), error.sqliteCode);
     }
 }
 
@@ -87,7 +108,7 @@ Blob StoreFile::ReadUid()
 {
     const StoredValue uid = ReadSetting("store_uid");
     const Blob* bytes = std::get_if<Blob>(&uid);
-    if (!bytes || bytes->size() != 16)
+    if (!bytes || bytes->size() != uidSize)
         throw StoreError(StoreFault::NotAStore, "The mail store has lost its identity.");
     return *bytes;
 }

@@ -5,6 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <thread>
+
 namespace
 {
 using testing::ElementsAre;
@@ -145,6 +148,40 @@ TEST_F(MsgStore, NamesPropertiesBothWays)
     ASSERT_EQ(count, 1u);
     EXPECT_STREQ(found[0]->Kind.lpwstrName, L"Keywords");
     EXPECT_EQ(*found[0]->lpguid, set);
+}
+
+TEST_F(MsgStore, ServesSeveralThreadsAtOnce)
+{
+    constexpr int threadCount = 4;
+    constexpr int messagesEach = 10;
+    std::vector<std::vector<Bytes>> entryIds(threadCount);
+    for (std::vector<Bytes>& own : entryIds)
+    {
+        for (int i = 0; i < messagesEach; ++i)
+            own.push_back(MessageEntryId(AddMessage(folder_id::inbox, "shared")));
+    }
+    const auto inbox = OpenFolder(folder_id::inbox);
+    const auto outbox = OpenFolder(folder_id::outbox);
+    std::atomic<int> failures = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (const std::vector<Bytes>& own : entryIds)
+            threads.emplace_back(
+                [&]
+                {
+                    for (const Bytes& entryId : own)
+                    {
+                        EntryList list({entryId});
+                        failures += inbox->CopyMessages(list, nullptr, outbox.Get(), 0, nullptr,
+                                                        MESSAGE_MOVE) != S_OK;
+                        failures += Subjects(*outbox.Get()).empty();
+                    }
+                });
+    }
+
+    EXPECT_EQ(failures, 0);
+    EXPECT_EQ(ReadLong(*inbox.Get(), PR_CONTENT_COUNT), 0);
+    EXPECT_EQ(ReadLong(*outbox.Get(), PR_CONTENT_COUNT), threadCount * messagesEach);
 }
 
 TEST(OpeningAStoreObject, FailsForAFileThatIsNotThere)

@@ -217,6 +217,17 @@ TEST_F(Messages, KnowWhetherTheyHaveAttachments)
     EXPECT_EQ(Read(bare, tag::hasAttach), StoredValue(std::int64_t{0}));
 }
 
+TEST_F(Messages, DoNotTakeAnothersWordForHavingAttachments)
+{
+    constexpr std::int64_t readWithAttachments = 1 | 16;
+    MessageChanges changes;
+    changes.properties[tag::messageFlags] = readWithAttachments;
+
+    const std::int64_t message = CreateMessage(*file, folder_id::inbox, changes);
+
+    EXPECT_EQ(Read(message, tag::messageFlags), StoredValue(std::int64_t{1}));
+}
+
 TEST_F(Messages, GrowInSizeByWhatIsAdded)
 {
     const std::int64_t message = AddFullMessage(folder_id::inbox);

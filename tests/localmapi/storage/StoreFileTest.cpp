@@ -60,6 +60,25 @@ TEST(StoreFileOpening, RefusesAFileThatIsNoDatabase)
     EXPECT_THAT(refusal.what(), HasSubstr(store.Path()));
 }
 
+TEST(StoreFileOpening, RefusesAStoreThatWasCutOff)
+{
+    const TemporaryStore store;
+    std::filesystem::resize_file(store.Folder() / "store.db", 2 * 4096);
+
+    const StoreError refusal = RefusalOf(store.Path());
+
+    EXPECT_EQ(refusal.fault, StoreFault::NotAStore);
+    EXPECT_EQ(refusal.what(), "The mail store " + store.Path() + " is damaged.");
+}
+
+TEST(StoreFileOpening, RefusesAStoreWithoutItsSpecialFolders)
+{
+    const TemporaryStore store;
+    store.Run("DELETE FROM folder WHERE name = 'Notes'");
+
+    EXPECT_EQ(RefusalOf(store.Path()).fault, StoreFault::NotAStore);
+}
+
 TEST(StoreFileOpening, RefusesAnotherProgramsDatabase)
 {
     const TemporaryStore store;
