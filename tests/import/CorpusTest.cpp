@@ -5,21 +5,36 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
 
 namespace fs = std::filesystem;
 
+// All of the real mail, imported once for all tests that only look.
 class Corpus : public testing::Test
 {
 protected:
-    void SetUp() override
+    static void SetUpTestSuite()
     {
         const char* const folder = std::getenv("TQODR_CORPUS");
         if (!folder || !fs::is_directory(folder))
-            GTEST_SKIP() << "there is no folder of real mail beside the project";
+            return;
         corpus = folder;
+        directory = std::make_unique<TemporaryDirectory>();
+        result = ImportInto(directory->Path() / "store.db");
     }
 
-    ChildResult ImportAll()
+    static void TearDownTestSuite() { directory.reset(); }
+
+    void SetUp() override
+    {
+        if (!directory)
+            GTEST_SKIP() << "there is no folder of real mail beside the project";
+        ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+
+    static StoreQuery Store() { return StoreQuery(directory->Path() / "store.db"); }
+
+    static ChildResult ImportInto(const fs::path& store)
     {
         return RunProgram("mailimport", {store.string(), (corpus / "ham.mbox").string(),
                                          (corpus / "list").string(), (corpus / "odd").string()});
@@ -43,26 +58,21 @@ protected:
         return count;
     }
 
-    fs::path corpus;
-    TemporaryDirectory directory;
-    const fs::path store = directory.Path() / "store.db";
+    static inline fs::path corpus;
+    static inline std::unique_ptr<TemporaryDirectory> directory;
+    static inline ChildResult result;
 };
 
 TEST_F(Corpus, ComesInWithoutLosingAMessage)
 {
-    const ChildResult result = ImportAll();
-
-    ASSERT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_EQ(StoreQuery(store).MessagesByFolder(),
+    EXPECT_EQ(Store().MessagesByFolder(),
               (std::map<std::string, int64_t>{
                   {"ham", CountSeparators()}, {"list", CountFiles("list/cur")}, {"odd", CountFiles("odd")}}));
 }
 
 TEST_F(Corpus, ComesInWhole)
 {
-    ASSERT_EQ(ImportAll().exitCode, 0);
-
-    StoreQuery query(store);
+    StoreQuery query = Store();
     EXPECT_EQ(query.Text("PRAGMA integrity_check"), "ok");
     EXPECT_EQ(query.Number("SELECT count(*) FROM message WHERE message_class = ''"), 0);
     EXPECT_EQ(query.Number("SELECT count(*) FROM message WHERE id NOT IN "
@@ -85,9 +95,7 @@ TEST_F(Corpus, ComesInWhole)
 
 TEST_F(Corpus, ReadsWhatItsOddMessagesSay)
 {
-    ASSERT_EQ(ImportAll().exitCode, 0);
-
-    StoreQuery query(store);
+    StoreQuery query = Store();
     EXPECT_EQ(
         query.Number("SELECT count(*) FROM message WHERE subject = 'Eelanal\u00FC\u00FCsi p\u00E4ring'"), 1);
     EXPECT_EQ(query.Number("SELECT count(*) FROM attachment WHERE file_name = '\u3066\u3059\u3068.txt'"), 1);
@@ -97,13 +105,14 @@ TEST_F(Corpus, ReadsWhatItsOddMessagesSay)
 
 TEST_F(Corpus, DoublesItsRowsWhenImportedTwice)
 {
-    ASSERT_EQ(ImportAll().exitCode, 0);
-    const auto once = StoreQuery(store).MessagesByFolder();
-    const int64_t recipients = StoreQuery(store).Number("SELECT count(*) FROM recipient");
+    const fs::path copy = directory->Path() / "copy.db";
+    fs::copy_file(directory->Path() / "store.db", copy);
+    const int64_t recipients = Store().Number("SELECT count(*) FROM recipient");
 
-    ASSERT_EQ(ImportAll().exitCode, 0);
+    const ChildResult again = ImportInto(copy);
 
-    for (const auto& [folder, count] : StoreQuery(store).MessagesByFolder())
-        EXPECT_EQ(count, 2 * once.at(folder)) << folder;
-    EXPECT_EQ(StoreQuery(store).Number("SELECT count(*) FROM recipient"), 2 * recipients);
+    ASSERT_EQ(again.exitCode, 0) << again.errors;
+    for (const auto& [folder, count] : Store().MessagesByFolder())
+        EXPECT_EQ(StoreQuery(copy).MessagesByFolder()[folder], 2 * count) << folder;
+    EXPECT_EQ(StoreQuery(copy).Number("SELECT count(*) FROM recipient"), 2 * recipients);
 }

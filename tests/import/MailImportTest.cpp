@@ -304,7 +304,7 @@ protected:
 
 TEST_F(FullDisk, LeavesNothingOfANewStore)
 {
-    directory.Write("many.mbox", Mbox(3000, 4000));
+    directory.Write("many.mbox", Mbox(1500, 4000));
 
     const ChildResult result = Import({Path("many.mbox")});
 
@@ -316,7 +316,7 @@ TEST_F(FullDisk, LeavesNothingOfANewStore)
 TEST_F(FullDisk, LeavesAnExistingStoreAsItWas)
 {
     directory.Write("few.mbox", Mbox(2));
-    directory.Write("many.mbox", Mbox(3000, 4000));
+    directory.Write("many.mbox", Mbox(1500, 4000));
     ASSERT_EQ(Import({Path("few.mbox")}).exitCode, 0);
     const std::string before = Bytes(store);
 

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -31,7 +31,7 @@ protected:
 
     static int Planted(CopyKind kind)
     {
-        for (const PlantedCopies& planted : MakeSampleMailbox().planted)
+        for (const PlantedCopies& planted : mailbox.planted)
             if (planted.kind == kind)
                 return planted.count;
         return -1;
@@ -48,14 +48,22 @@ protected:
 
     static StoreQuery query() { return StoreQuery(directory->Path() / "store.db"); }
 
+    static std::string Bytes(const fs::path& path)
+    {
+        std::ostringstream bytes;
+        bytes << std::ifstream(path, std::ios::binary).rdbuf();
+        return bytes.str();
+    }
+
     static int AllPlanted()
     {
         int count = 0;
-        for (const PlantedCopies& planted : MakeSampleMailbox().planted)
+        for (const PlantedCopies& planted : mailbox.planted)
             count += planted.count;
         return count;
     }
 
+    static inline const SampleMailbox mailbox = MakeSampleMailbox();
     static inline std::unique_ptr<TemporaryDirectory> directory;
     static inline ChildResult written;
     static inline ChildResult imported;
@@ -64,8 +72,6 @@ protected:
 
 TEST_F(Sample, IsWrittenAndImportedWhole)
 {
-    const SampleMailbox mailbox = MakeSampleMailbox();
-
     ASSERT_EQ(written.exitCode, 0) << written.errors;
     ASSERT_EQ(imported.exitCode, 0) << imported.errors;
     std::map<std::string, int64_t> expected;
@@ -149,7 +155,7 @@ TEST_F(Sample, HoldsMailOfSeveralKinds)
 TEST_F(Sample, IsTheSameEveryTime)
 {
     const TemporaryDirectory other;
-    WriteSampleMailbox(MakeSampleMailbox(), other.Path() / "mail");
+    WriteSampleMailbox(mailbox, other.Path() / "mail");
 
     int64_t files = 0;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(other.Path() / "mail"))
@@ -158,11 +164,7 @@ TEST_F(Sample, IsTheSameEveryTime)
             continue;
         ++files;
         const fs::path twin = directory->Path() / "mail" / fs::relative(entry.path(), other.Path() / "mail");
-        std::ifstream one(entry.path(), std::ios::binary);
-        std::ifstream two(twin, std::ios::binary);
-        EXPECT_TRUE(
-            std::equal(std::istreambuf_iterator<char>(one), {}, std::istreambuf_iterator<char>(two), {}))
-            << entry.path();
+        EXPECT_EQ(Bytes(entry.path()), Bytes(twin)) << entry.path();
     }
     EXPECT_GT(files, 1000);
 }
