@@ -1,8 +1,8 @@
 #pragma once
 
 #include "quorvex/FolderSnapshot.h"
-#include "quorvex/Restriction.h"
 #include "quorvex/TextDigest.h"
+#include "tests/quorvex/Conditions.h"
 #include "tests/quorvex/FakeMapi.h"
 
 #include <windows.h>
@@ -14,42 +14,8 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
-
-// Restrictions in as few words as they need.
-namespace restrict
-{
-    inline Restriction Property(ULONG tag, ULONG relop, RestrictionValue value)
-    {
-        return {.kind = RES_PROPERTY, .tag = tag, .relop = relop, .value = std::move(value)};
-    }
-    inline Restriction Equal(ULONG tag, const wchar_t* text)
-    {
-        return Property(tag, RELOP_EQ, std::wstring(text));
-    }
-    inline Restriction Content(ULONG tag, ULONG fuzzyLevel, const wchar_t* text)
-    {
-        return {.kind = RES_CONTENT, .tag = tag, .fuzzyLevel = fuzzyLevel, .value = std::wstring(text)};
-    }
-    inline Restriction Of(ULONG kind, std::vector<Restriction> children)
-    {
-        return {.kind = kind, .children = std::move(children)};
-    }
-    inline Restriction All(std::vector<Restriction> children)
-    {
-        return Of(RES_AND, std::move(children));
-    }
-    inline Restriction Sub(ULONG table, std::vector<Restriction> children)
-    {
-        return {.kind = RES_SUBRESTRICTION, .tag = table, .children = std::move(children)};
-    }
-    inline Restriction Exist(ULONG tag)
-    {
-        return {.kind = RES_EXIST, .tag = tag};
-    }
-}    // namespace restrict
 
 // One folder of the fake store and a snapshot of it.
 class FolderFixture : public testing::Test

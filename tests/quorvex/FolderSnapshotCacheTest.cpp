@@ -141,7 +141,7 @@ TEST_F(FolderSnapshotCacheTest, TellsTheSnapshotThatHasTheMessageWhatWasRead)
 
     cache.NoteText(message->entryId, PR_BODY_W, L"text");
 
-    EXPECT_EQ(other->Search(restrict ::Equal(PR_BODY_W, L"text")).size(), 1u);
+    EXPECT_EQ(other->Search(where::Equal(PR_BODY_W, L"text")).size(), 1u);
     EXPECT_EQ(otherFolder->counters->messagesOpened, 0u);
 }
 
@@ -152,8 +152,7 @@ TEST_F(FolderSnapshotCacheTest, MayBeUsedByManyThreadsAtOnce)
     const auto search = [&]
     {
         for (int number = 0; number < 20; ++number)
-            EXPECT_EQ(Get()->Search(restrict ::Equal(PR_SUBJECT_W, std::to_wstring(number).c_str())).size(),
-                      10u);
+            EXPECT_EQ(Get()->Search(where::Equal(PR_SUBJECT_W, std::to_wstring(number).c_str())).size(), 10u);
     };
 
     std::thread one(search);

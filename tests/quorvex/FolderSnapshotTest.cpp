@@ -9,7 +9,7 @@
 
 #include <string>
 
-using namespace restrict;
+using namespace where;
 
 namespace
 {

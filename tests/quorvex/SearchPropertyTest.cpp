@@ -124,16 +124,16 @@ public:
     Restriction TextCondition(ULONG tag)
     {
         if (OneIn(2))
-            return restrict ::Equal(tag, Text().c_str());
+            return where::Equal(tag, Text().c_str());
         const ULONG level = static_cast<ULONG>(Below(3)) | (OneIn(2) ? FL_IGNORECASE : 0);
-        return OneIn(4) ? restrict ::Property(tag, static_cast<ULONG>(Below(6)), Text())
-                        : restrict ::Content(tag, level, Text().c_str());
+        return OneIn(4) ? where::Property(tag, static_cast<ULONG>(Below(6)), Text())
+                        : where::Content(tag, level, Text().c_str());
     }
 
     Restriction NumberCondition(ULONG tag)
     {
         const std::int64_t value = PROP_TYPE(tag) == PT_SYSTIME ? 1000 + Below(3) : Below(3) - 1;
-        return restrict ::Property(tag, static_cast<ULONG>(Below(6)), value);
+        return where::Property(tag, static_cast<ULONG>(Below(6)), value);
     }
 
     Restriction SubCondition()
@@ -144,10 +144,9 @@ public:
         {
             inner.push_back(TextCondition(PR_DISPLAY_NAME_W));
             if (onRecipients && OneIn(2))
-                inner.back() = restrict ::All({inner.back(), NumberCondition(PR_RECIPIENT_TYPE)});
+                inner.back() = where::All({inner.back(), NumberCondition(PR_RECIPIENT_TYPE)});
         }
-        return restrict ::Sub(onRecipients ? PR_MESSAGE_RECIPIENTS : PR_MESSAGE_ATTACHMENTS,
-                              std::move(inner));
+        return where::Sub(onRecipients ? PR_MESSAGE_RECIPIENTS : PR_MESSAGE_ATTACHMENTS, std::move(inner));
     }
 
     Restriction Condition(int depth)
@@ -160,9 +159,9 @@ public:
         case 2:
             return SubCondition();
         case 3:
-            return restrict ::Exist(OneOf(textTags));
+            return where::Exist(OneOf(textTags));
         case 4:
-            return restrict ::Property(PR_SEARCH_KEY, static_cast<ULONG>(Below(6)), Binary());
+            return where::Property(PR_SEARCH_KEY, static_cast<ULONG>(Below(6)), Binary());
         case 9:
         case 10:
         case 11:
@@ -177,7 +176,7 @@ public:
         std::vector<Restriction> children;
         for (int count = Below(4); count > 0; --count)
             children.push_back(Condition(depth));
-        return restrict ::Of(OneOf(std::array{RES_AND, RES_OR, RES_NOT}), std::move(children));
+        return where::Of(OneOf(std::array{RES_AND, RES_OR, RES_NOT}), std::move(children));
     }
 
     // Like the engine's: the values of a message that is there, and something more now and then.
@@ -192,12 +191,12 @@ public:
             if (!OneIn(3))
             {
                 const fake::Value* value = fake::Find(properties, tag);
-                children.push_back(restrict ::Property(
-                    tag, RELOP_EQ, value ? std::get<std::wstring>(*value) : std::wstring()));
+                children.push_back(
+                    where::Property(tag, RELOP_EQ, value ? std::get<std::wstring>(*value) : std::wstring()));
             }
         if (OneIn(3))
             children.push_back(Condition(1));
-        return restrict ::All(std::move(children));
+        return where::All(std::move(children));
     }
 
 private:
