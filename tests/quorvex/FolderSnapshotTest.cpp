@@ -215,6 +215,18 @@ TEST_F(FolderSnapshotTest, FindsAMessageAgainOnceItCanBeOpened)
     EXPECT_EQ(Search(LikeThis(L"Minutes", L"b")), (Rows{0}));
 }
 
+TEST_F(FolderSnapshotTest, FindsAMessageAgainAmongManyOfItsSubject)
+{
+    for (int number = 0; number < 30; ++number)
+        Add(Mail(L"Re:", L"b"));
+    folder->messages[7]->open = MAPI_E_NO_ACCESS;
+    const std::size_t before = Search(LikeThis(L"Re:", L"b")).size();
+    folder->messages[7]->open = S_OK;
+
+    EXPECT_EQ(before, 29u);
+    EXPECT_EQ(Search(LikeThis(L"Re:", L"b")).size(), 30u);
+}
+
 TEST_F(FolderSnapshotTest, FailsWhenTheStoreDoesAndWorksAgainAfterwards)
 {
     Add(Mail(L"Minutes", L"b"));
