@@ -1,5 +1,5 @@
-// Defines the interface ids that MAPI's headers only declare; no import library has them. The header defines those
-// that are named here.
+// Defines the interface ids that MAPI's headers only declare; no import library has them. The header defines
+// those that are named here.
 #define USES_IID_IAttachment
 #define USES_IID_IMAPIContainer
 #define USES_IID_IMAPIFolder
