@@ -32,6 +32,14 @@ FILETIME FileTimeOf(Milliseconds time) noexcept
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }
 
+// Systems know the rules of each year only of zones that they have a name for; of another one, the present
+// year's.
+bool ReadRules(WORD year, TIME_ZONE_INFORMATION& zone) noexcept
+{
+    return GetTimeZoneInformationForYear(year, nullptr, &zone) ||
+           GetTimeZoneInformation(&zone) != TIME_ZONE_ID_INVALID;
+}
+
 // The rules of the years last asked for. The system looks them up in the registry, which takes longer than
 // all the rest together; they are taken afresh now and then, since a user may move to another zone.
 class ZoneRules
@@ -44,7 +52,7 @@ public:
         const ULONGLONG now = GetTickCount64();
         if (rules.year != year || now - rules.readAt > timeToKeep)
         {
-            if (!GetTimeZoneInformationForYear(year, nullptr, &rules.zone))
+            if (!ReadRules(year, rules.zone))
                 return false;
             rules.year = year;
             rules.readAt = now;

@@ -43,6 +43,21 @@ TEST(AutomationDate, CountsDaysAsAutomationDoes)
     EXPECT_EQ(Ticks(back), Ticks(Utc(2001, 7, 4, 12, 30, 15)));
 }
 
+TEST(AutomationDate, ShowsTheTimeOfTheLocalClockInEveryZone)
+{
+    FILETIME now, localNow;
+    SYSTEMTIME clock;
+    GetSystemTimeAsFileTime(&now);
+    now.dwLowDateTime -= static_cast<DWORD>(Ticks(now) % 10'000'000);    // a whole second
+    ASSERT_TRUE(FileTimeToLocalFileTime(&now, &localNow));
+    ASSERT_TRUE(FileTimeToSystemTime(&localNow, &clock));
+
+    const DATE local = LocalDateFromUtc(now);
+
+    EXPECT_NEAR(local, Date(clock.wYear, clock.wMonth, clock.wDay, clock.wHour, clock.wMinute, clock.wSecond),
+                aMillisecond);
+}
+
 TEST(AutomationDate, KeepsMillisecondsBothWays)
 {
     const FILETIME time = Utc(2023, 11, 5, 20, 59, 59, 987);
