@@ -3,7 +3,6 @@
 #include "console/Text.h"
 
 #include <array>
-#include <string_view>
 
 void Console::Complain(const std::wstring& text)
 {
@@ -16,15 +15,39 @@ bool Console::CanAsk() const
     return errors.IsTerminal() && GetConsoleMode(input, &mode);
 }
 
-bool Console::Ask(const std::wstring& question)
+bool Console::Ask(const std::wstring& question, const std::atomic<LONG>& stopRequested)
 {
     FlushConsoleInputBuffer(input);
     errors.Write(question);
+    isAsking = true;
+    // Looked at after the line above: from there on, a stop gives the question up.
+    const std::wstring answer = stopRequested ? L"" : ReadLine();
+    isAsking = false;
+    if (stopRequested)
+        FlushConsoleInputBuffer(input);
+    return !stopRequested && (EqualIgnoringCase(answer, L"y") || EqualIgnoringCase(answer, L"yes"));
+}
+
+std::wstring Console::ReadLine() const
+{
     std::array<wchar_t, 128> buffer{};
     DWORD read = 0;
     if (!ReadConsoleW(input, buffer.data(), static_cast<DWORD>(buffer.size()), &read, nullptr))
-        return false;
-    std::wstring_view answer(buffer.data(), read);
-    answer = answer.substr(0, answer.find_first_of(L"\r\n"));
-    return EqualIgnoringCase(answer, L"y") || EqualIgnoringCase(answer, L"yes");
+        return {};
+    const std::wstring line(buffer.data(), read);
+    return line.substr(0, line.find_first_of(L"\r\n"));
+}
+
+void Console::GiveUpQuestion()
+{
+    if (!isAsking)
+        return;
+    INPUT_RECORD enter{};
+    enter.EventType = KEY_EVENT;
+    enter.Event.KeyEvent.bKeyDown = TRUE;
+    enter.Event.KeyEvent.wRepeatCount = 1;
+    enter.Event.KeyEvent.wVirtualKeyCode = VK_RETURN;
+    enter.Event.KeyEvent.uChar.UnicodeChar = L'\r';
+    DWORD written = 0;
+    WriteConsoleInputW(input, &enter, 1, &written);
 }

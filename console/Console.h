@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <string>
 
 // What the process ends with.
@@ -17,8 +18,9 @@ enum class ExitCode : int
 };
 
 // The process's standard streams.
-struct Console
+class Console
 {
+public:
     HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
     OutputStream out{GetStdHandle(STD_OUTPUT_HANDLE)};
     OutputStream errors{GetStdHandle(STD_ERROR_HANDLE)};
@@ -29,6 +31,15 @@ struct Console
     // True when there is somebody to ask.
     bool CanAsk() const;
 
-    // Asks on the terminal; true for y or yes. Answers typed before the question do not count.
-    bool Ask(const std::wstring& question);
+    // Asks on the terminal; true for y or yes, false for any other answer and when a stop is requested.
+    // Answers typed before the question do not count.
+    bool Ask(const std::wstring& question, const std::atomic<LONG>& stopRequested);
+
+    // Gives the empty answer to a question that is waiting for one. Any thread.
+    void GiveUpQuestion();
+
+private:
+    std::wstring ReadLine() const;
+
+    std::atomic<bool> isAsking{false};
 };

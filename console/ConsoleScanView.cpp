@@ -39,7 +39,8 @@ void ConsoleScanView::AddResultRow(const std::wstring& folderName, const std::ws
     const std::wstring countText = std::to_wstring(count);
     if (display.rows)
     {
-        ClearProgress();
+        if (display.rows->IsTerminal())
+            ClearProgress();
         if (foundRows.empty())
             PrintHeader();
         PrintRow(folderName, subject, countText);

@@ -27,8 +27,7 @@ ExitCode PrintFolders(Console& console)
     const ComApartment apartment;
     ScanState state;
     ConsoleFolderTree tree;
-    OutputStream notices = console.errors;
-    const StopSwitch stopSwitch(state.stopRequested, &notices);
+    const StopSwitch stopSwitch(state.stopRequested, [](bool) {});
     LoadFolders(state, tree);
     tree.Print(console.out);
     return state.stopRequested ? ExitCode::stopped : ExitCode::done;

@@ -49,7 +49,7 @@ public:
           console(console),
           log(log),
           notices(console.errors),
-          stopSwitch(state.stopRequested, options.quiet ? nullptr : &notices)
+          stopSwitch(state.stopRequested, [this](bool isFirst) { AcknowledgeStop(isFirst); })
     {
     }
 
@@ -64,6 +64,13 @@ public:
     }
 
 private:
+    void AcknowledgeStop(bool isFirst)
+    {
+        if (isFirst && !options.quiet)
+            notices.Write(L"\nStopping ...\n");
+        console.GiveUpQuestion();
+    }
+
     void ApplyOptions()
     {
         const FolderPaths paths = MakeFolderPaths(state, tree);
@@ -112,7 +119,8 @@ private:
         if (ids.empty() || state.stopRequested)
             return true;
         const std::wstring messages = ids.size() == 1 ? L" message" : L" messages";
-        if (console.Ask(L"Delete " + std::to_wstring(ids.size()) + messages + L" for good? [y/N] "))
+        if (console.Ask(L"Delete " + std::to_wstring(ids.size()) + messages + L" for good? [y/N] ",
+                        state.stopRequested))
             return true;
         console.errors.WriteLine(L"Nothing has been deleted.");
         return false;

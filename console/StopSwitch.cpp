@@ -1,6 +1,7 @@
 #include "console/StopSwitch.h"
 
 #include <mutex>
+#include <utility>
 
 namespace
 {
@@ -11,9 +12,9 @@ StopSwitch* current = nullptr;
 std::atomic<bool> ended{false};
 }    // namespace
 
-StopSwitch::StopSwitch(std::atomic<LONG>& stopRequested, OutputStream* notices)
+StopSwitch::StopSwitch(std::atomic<LONG>& stopRequested, std::function<void(bool)> onRequest)
     : stopRequested(stopRequested),
-      notices(notices)
+      onRequest(std::move(onRequest))
 {
     {
         const std::scoped_lock lock(guard);
@@ -27,7 +28,8 @@ StopSwitch::StopSwitch(std::atomic<LONG>& stopRequested, OutputStream* notices)
 
 StopSwitch::~StopSwitch()
 {
-    SetConsoleCtrlHandler(Handle, FALSE);
+    // The handler stays: a late Ctrl+C must not turn the exit code of a finished run into that of a killed
+    // one.
     {
         const std::scoped_lock lock(guard);
         current = nullptr;
@@ -38,19 +40,17 @@ StopSwitch::~StopSwitch()
 
 void StopSwitch::Request()
 {
-    if (stopRequested.exchange(1) == 0 && notices)
-        notices->Write(L"\nStopping ...\n");
+    onRequest(stopRequested.exchange(1) == 0);
 }
 
 BOOL WINAPI StopSwitch::Handle(DWORD event)
 {
     {
         const std::scoped_lock lock(guard);
-        if (!current)
-            return FALSE;
-        current->Request();
+        if (current)
+            current->Request();
     }
-    // The process ends when this returns from such an event: the message in hand is finished first.
+    // The process ends when this returns from any other event: the message in hand is finished first.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
         ended.wait(false);
     return TRUE;

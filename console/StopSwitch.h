@@ -1,19 +1,20 @@
 #pragma once
 
-#include "console/OutputStream.h"
-
 #include <windows.h>
 
 #include <atomic>
+#include <functional>
 
 // While it lives, Ctrl+C and Ctrl+Break request a stop instead of ending the process, however often they are
 // pressed; closing the window, logging off and shutting down request it too and wait until this object ends,
-// for as long as the system grants. At most one lives at a time.
+// for as long as the system grants. At most one lives at a time. After it Ctrl+C is ignored: the process is
+// about to end.
 class StopSwitch
 {
 public:
-    // `stopRequested` and `notices`, on which the request is acknowledged unless it is null, are borrowed.
-    StopSwitch(std::atomic<LONG>& stopRequested, OutputStream* notices);
+    // `onRequest` is called at every request, on a thread of the system's, with true for the first one.
+    // `stopRequested` is borrowed.
+    StopSwitch(std::atomic<LONG>& stopRequested, std::function<void(bool isFirst)> onRequest);
     StopSwitch(const StopSwitch&) = delete;
     StopSwitch& operator=(const StopSwitch&) = delete;
     ~StopSwitch();
@@ -23,5 +24,5 @@ private:
     void Request();
 
     std::atomic<LONG>& stopRequested;
-    OutputStream* notices;
+    std::function<void(bool)> onRequest;
 };

@@ -178,3 +178,28 @@ TEST(ConsoleScanView, KeepsTheRowsAsTheyWereFoundWhenNothingIsShown)
     EXPECT_EQ(view.GetRows()[0].subject, L"two\nlines");
     EXPECT_EQ(view.GetRows()[0].duplicateCount, L"2");
 }
+
+TEST(ConsoleScanView, DrawsTheBarAtEachStepAndLeavesItAloneWhenTheRowsGoElsewhere)
+{
+    std::string rows;
+
+    const std::string drawn = WrittenBy(
+        [&rows](OutputStream& terminal)
+        {
+            rows = WrittenBy(
+                [&terminal](OutputStream& out)
+                {
+                    unsigned long long now = 0;
+                    ProgressBar bar(terminal, [&now] { return now += 1000; });
+                    ConsoleScanView view({.rows = &out, .bar = &bar}, StringTable(GetModuleHandleW(nullptr)),
+                                         ScanEstimate({4}), 5);
+                    view.StepProgress();
+                    view.AddResultRow(L"Inbox", L"Minutes", 1, 1);
+                    view.StepProgress();
+                });
+        });
+
+    EXPECT_EQ(drawn, "\r[" + std::string(10, '#') + std::string(30, '.') + "] 25%, duplicates: 0\r[" +
+                         std::string(26, '#') + std::string(14, '.') + "] 66%, duplicates: 1");
+    EXPECT_THAT(rows, testing::HasSubstr("Minutes"));
+}
