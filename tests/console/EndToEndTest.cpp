@@ -1,10 +1,7 @@
-#include "tests/console/ChildProcess.h"
-#include "tests/console/MailFile.h"
+#include "tests/console/EndToEnd.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <windows.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -23,39 +20,11 @@ using testing::StartsWith;
 namespace
 {
 constexpr long long inbox = static_cast<long long>(StoreFolder::inbox);
-constexpr long long sentItems = static_cast<long long>(StoreFolder::sentItems);
 
-// tqodr.exe in a prefix where both servers are registered, over a store file of the test's own.
-class EndToEnd : public testing::Test
+long CountLines(const std::string& text)
 {
-protected:
-    EndToEnd() { UseStore(store.GetPath().wstring()); }
-    ~EndToEnd() override { UseStore({}); }
-
-    static void UseStore(const std::wstring& path)
-    {
-        SetEnvironmentVariableW(L"LOCALMAPI_STORE", path.empty() ? nullptr : path.c_str());
-    }
-
-    // Three messages called Minutes, one of them in Sent Items, and one that stands alone.
-    void AddMinutes()
-    {
-        store.Add({{.folder = inbox, .subject = "Minutes"},
-                   {.folder = inbox, .subject = "Alone"},
-                   {.folder = inbox, .subject = "Minutes"},
-                   {.folder = sentItems, .subject = "Minutes"}});
-    }
-
-    static long CountLines(const std::string& text)
-    {
-        return static_cast<long>(std::ranges::count(text, '\n'));
-    }
-
-    MailFile store;
-};
-
-const std::vector<std::string> minutesUntouched = {"Inbox/Alone", "Inbox/Minutes", "Inbox/Minutes",
-                                                   "Sent Items/Minutes"};
+    return static_cast<long>(std::ranges::count(text, '\n'));
+}
 }    // namespace
 
 TEST_F(EndToEnd, ShowsTheFolderTreeWithCounts)
@@ -397,79 +366,4 @@ TEST_F(EndToEnd, EndsWithFourWhenItsReaderHasGone)
 
     EXPECT_EQ(child.WaitForExitCode(), 4u);
     EXPECT_EQ(CountLines(errors), 1);
-}
-
-TEST_F(EndToEnd, StopsDuringTheSearchWithoutAChangeHoweverOftenItIsAsked)
-{
-    // Far more rows than the pipe takes: the search waits in the middle for its reader.
-    constexpr int groups = 600;
-    std::vector<Mail> mails;
-    for (int i = 0; i < groups; ++i)
-        mails.insert(mails.end(), 2, {.subject = "Group " + std::to_string(i)});
-    store.Add(mails);
-    ChildProcess child({L"scan", L"--action", L"delete-permanently", L"--yes"}, ChildProcess::Streams::pipes,
-                       1024);
-    child.out.ReadUntil("Group 0 ");
-
-    child.PressCtrlC();
-    child.errors.ReadUntil("Stopping");
-    child.PressCtrlC();
-    const std::string rest = child.out.ReadAll();
-
-    EXPECT_EQ(child.WaitForExitCode(), 3u);
-    EXPECT_THAT(rest, HasSubstr("\n\nProcess aborted by user.\n\nTotal duplicates items: "));
-    EXPECT_THAT(rest, Not(HasSubstr("Total duplicates items: 600\n")));
-    EXPECT_EQ(store.ListMessages().size(), 2u * groups);
-}
-
-// The same program where somebody sits before it.
-class OnATerminal : public EndToEnd
-{
-protected:
-    static constexpr auto terminal = ChildProcess::Streams::terminal;
-};
-
-TEST_F(OnATerminal, DeletesForGoodWhenTheQuestionIsAnsweredWithYes)
-{
-    AddMinutes();
-    ChildProcess child({L"scan", L"--action", L"delete-permanently"}, terminal);
-    ASSERT_TRUE(child.WaitForScreen(L"Delete 2 messages for good? [y/N]"));
-
-    child.Type(L"y\r");
-
-    EXPECT_EQ(child.WaitForExitCode(), 0u);
-    EXPECT_THAT(store.ListMessages(), ElementsAre("Inbox/Alone", "Inbox/Minutes"));
-}
-
-TEST_F(OnATerminal, StopsWithoutAChangeWhenTheQuestionIsAnsweredWithAnythingElse)
-{
-    AddMinutes();
-    ChildProcess child({L"scan", L"--action", L"delete-permanently"}, terminal);
-    ASSERT_TRUE(child.WaitForScreen(L"Delete 2 messages for good? [y/N]"));
-
-    child.Type(L"\r");
-
-    EXPECT_EQ(child.WaitForExitCode(), 3u);
-    EXPECT_EQ(store.ListMessages(), minutesUntouched);
-}
-
-TEST_F(OnATerminal, StopsWithoutAChangeWhenTheQuestionIsAnsweredWithCtrlC)
-{
-    AddMinutes();
-    ChildProcess child({L"scan", L"--action", L"delete-permanently"}, terminal);
-    ASSERT_TRUE(child.WaitForScreen(L"Delete 2 messages for good? [y/N]"));
-
-    child.PressCtrlC();
-
-    EXPECT_EQ(child.WaitForExitCode(), 3u);
-    EXPECT_EQ(store.ListMessages(), minutesUntouched);
-}
-
-TEST_F(OnATerminal, AsksNothingWhenThereIsNothingToDelete)
-{
-    store.Add({{.subject = "One"}, {.subject = "Two"}});
-
-    const ChildProcess child({L"scan", L"--action", L"delete-permanently"}, terminal);
-
-    EXPECT_EQ(child.WaitForExitCode(), 0u);
 }
