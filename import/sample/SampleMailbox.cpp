@@ -15,7 +15,7 @@ constexpr int64_t newYear2022 = 1'640'995'200;
 constexpr int64_t newYear2023 = 1'672'531'200;
 constexpr int64_t newYear2024 = 1'704'067'200;
 constexpr size_t copiesOfAKind = 20;
-constexpr size_t copiesWithoutTextAndSubject = 6;    // each needs a sender of its own
+constexpr size_t copiesWithoutTextAndSubject = 6;
 
 struct FolderOutline
 {
@@ -220,7 +220,8 @@ private:
     {
         SampleMail mail = MakeEnvelope(outlines[folder], mailbox.folders[folder].mails.size());
         mail.listId.clear();
-        mail.from = kind == CopyKind::emptyBoth ? SamplePeople()[number] : mail.from;
+        if (kind == CopyKind::emptyBoth)
+            mail.from = SampleDevice(number);
         if (kind == CopyKind::emptyBody)
             mail.subject = "Call me back, extension " + std::to_string(serial);
         if (kind == CopyKind::emptySubject)

@@ -104,6 +104,12 @@ std::string Wrapped(const std::string& text)
 }
 }    // namespace
 
+SamplePerson SampleDevice(std::size_t number)
+{
+    const std::string name = std::to_string(number + 1);
+    return {"Door camera " + name, "camera-" + name + "@devices.example.net"};
+}
+
 SamplePerson SampleOwner()
 {
     return {"Marta Lindqvist", "marta.lindqvist@example.org"};

@@ -3,6 +3,7 @@
 #include "import/sample/SampleMail.h"
 #include "import/sample/SampleRandom.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,10 @@ const std::vector<SamplePerson>& SamplePeople();
 
 // The owner of the mailbox.
 SamplePerson SampleOwner();
+
+// A machine that sends bare messages. A scan that keeps such a message takes every message of its sender
+// without a subject for a duplicate, so nobody else may send from there.
+SamplePerson SampleDevice(std::size_t number);
 
 // "Harbour crane: drawings for review"
 std::string MakeSubject(SampleRandom& random, const std::string& project);
