@@ -86,7 +86,7 @@ CREATE TABLE attachment
     number       INTEGER NOT NULL,                            -- PR_ATTACH_NUM, from 0
     method       INTEGER NOT NULL,                            -- PR_ATTACH_METHOD: ATTACH_BY_VALUE 1, ATTACH_EMBEDDED_MSG 5
     file_name    TEXT,                                        -- PR_ATTACH_LONG_FILENAME
-    display_name TEXT,                                        -- PR_DISPLAY_NAME; the file name when it has one
+    display_name TEXT,                                        -- PR_DISPLAY_NAME; the file name, or an embedded message's subject
     mime_tag     TEXT,                                        -- PR_ATTACH_MIME_TAG
     content_id   TEXT,                                        -- PR_ATTACH_CONTENT_ID
     size         INTEGER NOT NULL,                            -- bytes of the decoded content
