@@ -32,3 +32,16 @@ function(tqodr_test name)
         set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED prefix)
     endif()
 endfunction()
+
+# tqodr_test_in_zones(NAME PROGRAM FILTER zones...): runs the tests of PROGRAM that FILTER names once in each time
+# zone, as tests NAME.zone.ZONE.
+function(tqodr_test_in_zones name program filter)
+    foreach(zone ${ARGN})
+        string(REPLACE "/" "." zone_name ${zone})
+        add_test(NAME ${name}.zone.${zone_name} COMMAND ${program} --gtest_filter=${filter})
+        set_tests_properties(${name}.zone.${zone_name} PROPERTIES
+            TIMEOUT 300
+            FIXTURES_REQUIRED prefix
+            ENVIRONMENT "TZ=${zone};WINEPREFIX=${CMAKE_BINARY_DIR}/prefix;WINEDEBUG=-all")
+    endforeach()
+endfunction()

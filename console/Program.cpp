@@ -5,10 +5,13 @@
 #include "console/MailStore.h"
 #include "console/ScanCommand.h"
 #include "console/StopSwitch.h"
+#include "console/SystemMessage.h"
 #include "res/resource.h"
 #include "win/StringTable.h"
 
 #include <windows.h>
+
+#include <comdef.h>
 
 #include <exception>
 
@@ -83,6 +86,11 @@ ExitCode RunProgram(const std::vector<std::wstring>& words, Console& console) no
     {
         const std::string_view reason = error.what();
         console.Complain(L"the run broke off: " + std::wstring(reason.begin(), reason.end()));
+        return ExitCode::failed;
+    }
+    catch (const _com_error& error)    // what the platform's owners throw; no std::exception
+    {
+        console.Complain(L"the run broke off: " + SystemMessage(static_cast<DWORD>(error.Error())));
         return ExitCode::failed;
     }
 }
