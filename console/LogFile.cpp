@@ -1,8 +1,8 @@
 #include "console/LogFile.h"
 
 #include "console/CommandLine.h"
-#include "console/SystemMessage.h"
 #include "console/Text.h"
+#include "win/SystemMessage.h"
 
 #include <algorithm>
 #include <vector>

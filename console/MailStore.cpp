@@ -1,8 +1,9 @@
 #include "console/MailStore.h"
 
-#include "console/SystemMessage.h"
 #include "console/Text.h"
 #include "engine/FolderTree.h"
+#include "win/SystemMessage.h"
+#include "win/WindowBoundary.h"
 
 #include <windows.h>
 
@@ -15,10 +16,7 @@ namespace
 {
 std::wstring Describe(const COleException& error)
 {
-    const auto* dispatchError = dynamic_cast<const COleDispatchException*>(&error);
-    if (dispatchError && !dispatchError->GetDescription().empty())
-        return OnOneLine(dispatchError->GetDescription());
-    return SystemMessage(static_cast<DWORD>(error.GetCode()));
+    return OnOneLine(DescribeFailure(error));
 }
 
 StoreError CannotBeOpened(const std::wstring& reason)

@@ -5,9 +5,9 @@
 #include "console/MailStore.h"
 #include "console/ScanCommand.h"
 #include "console/StopSwitch.h"
-#include "console/SystemMessage.h"
 #include "res/resource.h"
 #include "win/StringTable.h"
+#include "win/SystemMessage.h"
 
 #include <windows.h>
 

@@ -1,0 +1,7 @@
+#include "win/CmdTarget.h"
+
+const MessageMap& CCmdTarget::GetMessageMap() const
+{
+    static constexpr MessageMap empty{nullptr, {}};
+    return empty;
+}

@@ -1,0 +1,81 @@
+#include "win/Dialog.h"
+
+#include "win/ActivationContext.h"
+#include "win/DataExchange.h"
+#include "win/OleException.h"
+#include "win/ThisModule.h"
+#include "win/WindowBoundary.h"
+
+CDialog::CDialog(UINT templateId, const CWnd* parent) : templateId(templateId), parent(parent) {}
+
+INT_PTR CDialog::DoModal()
+{
+    const ActivationContext commonControls;
+    const INT_PTR result = ::DialogBoxParamW(ThisModule(), MAKEINTRESOURCEW(templateId), FindOwner(),
+                                             &CDialog::DialogProcedure, reinterpret_cast<LPARAM>(this));
+    if (result == -1 || result == 0)
+        throw COleException(HRESULT_FROM_WIN32(::GetLastError()));
+    return result;
+}
+
+HWND CDialog::FindOwner() const
+{
+    if (parent)
+        return parent->GetSafeHwnd();
+    const HWND active = ::GetActiveWindow();
+    return active ? ::GetLastActivePopup(::GetAncestor(active, GA_ROOT)) : nullptr;
+}
+
+void CDialog::EndDialog(INT_PTR result)
+{
+    ::EndDialog(GetSafeHwnd(), result);
+}
+
+INT_PTR CALLBACK CDialog::DialogProcedure(HWND window, UINT id, WPARAM, LPARAM lParam) noexcept
+{
+    // All that follows this message arrives through the message map.
+    if (id != WM_INITDIALOG)
+        return FALSE;
+    auto& dialog = *reinterpret_cast<CDialog*>(lParam);
+    BOOL chooseFocus = TRUE;
+    const bool ready = WindowBoundary(window,
+                                      [&]
+                                      {
+                                          dialog.SubclassWindow(window);
+                                          chooseFocus = dialog.OnInitDialog();
+                                      });
+    if (!ready)
+        ::EndDialog(window, IDCANCEL);
+    return chooseFocus;
+}
+
+const MessageMap& CDialog::GetMessageMap() const
+{
+    static constexpr MessageHandler handlers[] = {
+        OnCommand<&CDialog::OnOK>(IDOK),
+        OnCommand<&CDialog::OnCancel>(IDCANCEL),
+    };
+    static const MessageMap map{&CWnd::GetMessageMap(), handlers};
+    return map;
+}
+
+BOOL CDialog::OnInitDialog()
+{
+    CDataExchange exchange(*this, CDataExchange::toControls);
+    DoDataExchange(exchange);
+    return TRUE;
+}
+
+void CDialog::OnOK()
+{
+    CDataExchange exchange(*this, CDataExchange::fromControls);
+    DoDataExchange(exchange);
+    EndDialog(IDOK);
+}
+
+void CDialog::OnCancel()
+{
+    EndDialog(IDCANCEL);
+}
+
+void CDialog::DoDataExchange(CDataExchange&) {}
