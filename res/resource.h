@@ -36,3 +36,25 @@
 #define IDS_RUN_COMPLETED 134
 #define IDS_RUN_ABORTED 135
 #define IDS_SELECT_A_FOLDER 136
+
+#ifndef IDC_STATIC
+#define IDC_STATIC (-1)
+#endif
+
+// Dialogs, and what stands in each: one number may name a control here and another there.
+#define IDD_MESSAGE 227
+#define IDC_MESSAGE_TEXT 235
+
+#define IDD_ABOUT 221
+#define IDC_EULA 225
+#define IDC_SYSTEM_NAME 1026
+#define IDC_SYSTEM_VERSION 1027
+#define IDC_SERVICE_PACK 1048
+
+#define IDD_EULA 223
+#define IDC_EULA_LINES 247
+
+// The product's pictures.
+#define IDI_PRODUCT 220
+#define IDB_SEPARATOR 222
+#define IDB_MESSAGE 229
