@@ -1,0 +1,147 @@
+#include "tests/ui/DialogProbe.h"
+
+#include "tests/ui/ModalDriver.h"
+
+#include <memory>
+#include <string_view>
+#include <type_traits>
+
+namespace
+{
+struct DcDeleter
+{
+    void operator()(HDC context) const noexcept { ::DeleteDC(context); }
+};
+using MemoryDc = std::unique_ptr<std::remove_pointer_t<HDC>, DcDeleter>;
+
+bool IsOfClass(HWND window, std::wstring_view name)
+{
+    wchar_t className[32] = L"";
+    ::GetClassNameW(window, className, ARRAYSIZE(className));
+    return className == name;
+}
+
+bool ShowsText(HWND control)
+{
+    const LONG_PTR kind = ::GetWindowLongPtrW(control, GWL_STYLE) & SS_TYPEMASK;
+    return IsOfClass(control, L"Static") && kind != SS_ICON && kind != SS_BITMAP;
+}
+
+std::wstring Describe(HWND control)
+{
+    return std::to_wstring(::GetDlgCtrlID(control)) + L" '" + TextOf(control) + L"'";
+}
+
+void AddFaultsOf(HWND dialog, HWND control, std::vector<std::wstring>& faults)
+{
+    const SIZE client = ClientSizeOf(dialog);
+    const RECT place = RectIn(dialog, control);
+    if (place.left < 0 || place.top < 0 || place.right > client.cx || place.bottom > client.cy)
+        faults.push_back(Describe(control) + L" reaches out of the dialog");
+    if (ShowsText(control) && !TextFits(control))
+        faults.push_back(Describe(control) + L" does not fit");
+}
+}    // namespace
+
+SIZE PixelsOf(HWND dialog, int width, int height)
+{
+    RECT units{0, 0, width, height};
+    ::MapDialogRect(dialog, &units);
+    return {units.right, units.bottom};
+}
+
+SIZE ClientSizeOf(HWND window)
+{
+    RECT client{};
+    ::GetClientRect(window, &client);
+    return {client.right, client.bottom};
+}
+
+RECT RectIn(HWND dialog, HWND control)
+{
+    RECT place{};
+    ::GetWindowRect(control, &place);
+    ::MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+std::vector<HWND> ChildrenOf(HWND dialog)
+{
+    std::vector<HWND> children;
+    for (HWND child = ::GetWindow(dialog, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT))
+        children.push_back(child);
+    return children;
+}
+
+HWND StaticWithText(HWND dialog, const std::wstring& text)
+{
+    return ::FindWindowExW(dialog, nullptr, L"Static", text.c_str());
+}
+
+std::vector<int> TabOrderOf(HWND dialog)
+{
+    std::vector<int> ids;
+    const HWND first = ::GetNextDlgTabItem(dialog, nullptr, FALSE);
+    HWND control = first;
+    do
+    {
+        ids.push_back(::GetDlgCtrlID(control));
+        control = ::GetNextDlgTabItem(dialog, control, FALSE);
+    } while (control && control != first && ids.size() < 100);
+    return ids;
+}
+
+Colours ColoursOf(HWND dialog, UINT message, HWND control)
+{
+    const MemoryDc context(::CreateCompatibleDC(nullptr));
+    ::SetTextColor(context.get(), RGB(0, 0, 0));
+    const LRESULT brush = ::SendMessageW(dialog, message, reinterpret_cast<WPARAM>(context.get()),
+                                         reinterpret_cast<LPARAM>(control));
+    LOGBRUSH description{};
+    ::GetObjectW(reinterpret_cast<HGDIOBJ>(brush), sizeof description, &description);
+    return {description.lbStyle, description.lbColor, ::GetBkColor(context.get()),
+            ::GetTextColor(context.get())};
+}
+
+SIZE TextSizeOf(HWND control)
+{
+    const MemoryDc context(::CreateCompatibleDC(nullptr));
+    ::SelectObject(context.get(), reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0)));
+    RECT room{0, 0, ClientSizeOf(control).cx, 0};
+    ::DrawTextW(context.get(), TextOf(control).c_str(), -1, &room,
+                DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+    return {room.right, room.bottom};
+}
+
+bool TextFits(HWND control)
+{
+    const SIZE needed = TextSizeOf(control);
+    const SIZE room = ClientSizeOf(control);
+    return needed.cx <= room.cx && needed.cy <= room.cy;
+}
+
+std::vector<std::wstring> LayoutFaultsOf(HWND dialog)
+{
+    std::vector<std::wstring> faults;
+    const std::vector<HWND> children = ChildrenOf(dialog);
+    for (std::size_t i = 0; i < children.size(); ++i)
+    {
+        AddFaultsOf(dialog, children[i], faults);
+        const RECT place = RectIn(dialog, children[i]);
+        for (std::size_t j = i + 1; j < children.size(); ++j)
+        {
+            const RECT other = RectIn(dialog, children[j]);
+            RECT common{};
+            if (::IntersectRect(&common, &place, &other))
+                faults.push_back(Describe(children[i]) + L" covers " + Describe(children[j]));
+        }
+    }
+    return faults;
+}
+
+LOGFONTW FontOf(HWND window)
+{
+    LOGFONTW font{};
+    ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
+    return font;
+}
