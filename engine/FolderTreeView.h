@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 // Names one item of a folder tree view; only the view that gave it knows what it stands for.
@@ -42,4 +43,11 @@ public:
 
     virtual void ExpandBranch(TreeItem item) = 0;    // the item and all below it
     virtual void EnsureVisible(TreeItem item) = 0;
+
+    // There is no store to show: whoever shows the tree is to close. May be refused, and comes back either
+    // way.
+    virtual void Close() {}
+    // Calls `endJob` and shows the tree as complete, both in one go on the view's own thread: nothing that
+    // the user does comes between. Afterwards the engine's thread touches neither view nor state.
+    virtual void FinishLoading(const std::function<void()>& endJob) { endJob(); }
 };

@@ -14,6 +14,7 @@
 #include <vector>
 
 class CProgressThread;
+class FolderTreeView;
 class ScanProgressView;
 
 // Everything that a duplicate run needs and produces; one for each session, reused by every run. Flags hold 0
@@ -47,7 +48,10 @@ struct ScanState
 
     LONG loadingTree = 0;                  // 1 while the worker is to load the tree, not to scan
     std::atomic<LONG> stopRequested{0};    // set by whoever watches; every loop of a job polls it
-    CProgressThread* workerThread = nullptr;
+    // The job that runs, if one does: only told from null, for the thread alone knows how long its object
+    // lives.
+    std::atomic<CProgressThread*> workerThread{nullptr};
+    FolderTreeView* folderTree = nullptr;          // borrowed; never null while a worker thread runs
     ScanProgressView* progressDialog = nullptr;    // borrowed for the run; never null during one
     DuplicateIds duplicateIds;
     LONG duplicateCount = 0;

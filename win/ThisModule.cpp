@@ -17,7 +17,7 @@ HINSTANCE ThisModule() noexcept
     return FindThisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
 }
 
-HMODULE ReferenceToThisModule() noexcept
+ModuleHandle ReferenceToThisModule() noexcept
 {
-    return FindThisModule(0);
+    return ModuleHandle(FindThisModule(0));
 }

@@ -17,36 +17,31 @@ CWinThread* BeginThread(const CRuntimeClass& threadClass, int priority, SIZE_T s
     if (!thread || !thread->CreateThread(stackSize, security))
         return nullptr;
     object.release();    // the thread's own from here on
-    ::SetThreadPriority(thread->thread, priority);
+    ::SetThreadPriority(thread->thread.get(), priority);
     if (!(flags & CREATE_SUSPENDED))
         thread->ResumeThread();
     return thread;
 }
 
-CWinThread::~CWinThread()
-{
-    if (thread)
-        ::CloseHandle(thread);
-}
-
 bool CWinThread::CreateThread(SIZE_T stackSize, SECURITY_ATTRIBUTES* security)
 {
-    const HMODULE module = ReferenceToThisModule();
-    thread = ::CreateThread(security, stackSize, &CWinThread::Entry, this, CREATE_SUSPENDED, nullptr);
+    ModuleHandle module = ReferenceToThisModule();
+    thread.reset(::CreateThread(security, stackSize, &CWinThread::Entry, this, CREATE_SUSPENDED, nullptr));
     if (!thread)
-        ::FreeLibrary(module);
-    return thread != nullptr;
+        return false;
+    module.release();    // given back by Entry
+    return true;
 }
 
 DWORD CWinThread::ResumeThread() const
 {
-    return ::ResumeThread(thread);
+    return ::ResumeThread(thread.get());
 }
 
 DWORD WINAPI CWinThread::Entry(void* object) noexcept
 {
     const int exitCode = static_cast<CWinThread*>(object)->Live();
-    // Gives back the reference that CreateThread took: no code of the module runs after this.
+    // No code of the module runs after its reference is gone.
     ::FreeLibraryAndExitThread(ThisModule(), static_cast<DWORD>(exitCode));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "win/CmdTarget.h"
+#include "win/KernelHandle.h"
 
 #include <windows.h>
 
@@ -17,8 +18,6 @@ CWinThread* BeginThread(const CRuntimeClass& threadClass, int priority = THREAD_
 class CWinThread : public CCmdTarget
 {
 public:
-    ~CWinThread() override;
-
     DWORD ResumeThread() const;    // the count of suspensions before the call
 
 protected:
@@ -37,6 +36,6 @@ private:
     static DWORD WINAPI Entry(void* object) noexcept;
     int Live() noexcept;
 
-    HANDLE thread = nullptr;
+    KernelHandle thread;
     MSG last{};    // the message taken from the queue last
 };

@@ -1,6 +1,6 @@
 #include "win/WinThread.h"
 
-#include "win/ThisModule.h"
+#include "win/KernelHandle.h"
 
 #include <windows.h>
 
@@ -8,26 +8,19 @@
 
 #include <atomic>
 #include <functional>
-#include <memory>
 #include <stdexcept>
 
 namespace
 {
 constexpr DWORD deadline = 10000;    // milliseconds
 
-struct HandleCloser
-{
-    void operator()(HANDLE handle) const noexcept { ::CloseHandle(handle); }
-};
-using Handle = std::unique_ptr<void, HandleCloser>;
-
-Handle CurrentThread()
+KernelHandle CurrentThread()
 {
     return Handle(
         ::OpenThread(SYNCHRONIZE | THREAD_QUERY_LIMITED_INFORMATION, FALSE, ::GetCurrentThreadId()));
 }
 
-DWORD ExitCodeOf(const Handle& thread)
+DWORD ExitCodeOf(const KernelHandle& thread)
 {
     EXPECT_EQ(::WaitForSingleObject(thread.get(), deadline), WAIT_OBJECT_0);
     DWORD exitCode = 0;
@@ -40,8 +33,8 @@ struct Record
 {
     std::function<BOOL()> initialise = [] { return TRUE; };
     std::function<int(int)> end = [](int code) { return code; };
-    Handle begun{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-    Handle thread;
+    KernelHandle begun{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    KernelHandle thread;
     DWORD id = 0;
     std::atomic<int> destroyed{0};
     std::atomic<int> heard{0};
