@@ -16,7 +16,7 @@ constexpr DWORD deadline = 10000;    // milliseconds
 
 KernelHandle CurrentThread()
 {
-    return Handle(
+    return KernelHandle(
         ::OpenThread(SYNCHRONIZE | THREAD_QUERY_LIMITED_INFORMATION, FALSE, ::GetCurrentThreadId()));
 }
 
