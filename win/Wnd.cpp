@@ -4,6 +4,12 @@
 
 #include <utility>
 
+namespace
+{
+// Carries nothing: what is to be run stands in the object, where no other program can put anything.
+constexpr UINT runPendingCall = WM_APP + 0x0700;
+}    // namespace
+
 CWnd::~CWnd()
 {
     Unsubclass();
@@ -45,6 +51,12 @@ LRESULT CWnd::Dispatch(const Message& message)
         return ::CallWindowProcW(last, leaving, message.id, message.wParam, message.lParam);
     }
 
+    if (message.id == runPendingCall)
+    {
+        RunPendingCall();
+        return 0;
+    }
+
     // A handler may send messages to its own window: each stands for itself.
     struct Restore
     {
@@ -69,6 +81,19 @@ LRESULT CWnd::Default()
 LRESULT CWnd::CallWindow(const Message& message)
 {
     return ::CallWindowProcW(own, window, message.id, message.wParam, message.lParam);
+}
+
+void CWnd::Invoke(const std::function<void()>& call)
+{
+    pendingCall = &call;
+    SendMessage(runPendingCall);
+    RunPendingCall();
+}
+
+void CWnd::RunPendingCall()
+{
+    if (const auto* call = pendingCall.exchange(nullptr))
+        (*call)();
 }
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) const

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <atomic>
+#include <functional>
 #include <string>
 
 // A window: attached to one, it sends it messages; subclassed, it answers the window's own messages by its
@@ -29,6 +31,10 @@ public:
     // The standard message box, owned by this window; the button pressed (IDOK, IDYES, ...).
     int MessageBox(const std::wstring& text, const std::wstring& caption, UINT type) const;
 
+    // Has `call` run on the window's thread and returns when it has, however the window answers; on this one
+    // when the window has gone. For a subclassed window, and one other thread at a time.
+    void Invoke(const std::function<void()>& call);
+
 protected:
     virtual LRESULT WindowProc(const Message& message);
 
@@ -39,9 +45,11 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept;
     LRESULT Dispatch(const Message& message);
     LRESULT CallWindow(const Message& message);
+    void RunPendingCall();
     void Unsubclass() noexcept;
 
     HWND window = nullptr;
     WNDPROC own = nullptr;               // the window's own procedure, while it is subclassed
     const Message* current = nullptr;    // what is being handled now
+    std::atomic<const std::function<void()>*> pendingCall{nullptr};    // set by the thread that waits for it
 };
