@@ -12,7 +12,6 @@ namespace
 constexpr std::size_t uidOffset = 4;
 constexpr std::size_t kindOffset = 20;
 constexpr std::size_t idOffset = 24;
-constexpr std::uint8_t longTermMark = 1;
 
 void PutNumber(std::span<std::uint8_t> bytes, std::uint64_t number)
 {
@@ -46,7 +45,7 @@ Blob EncodeEntryId(const EntryId& entryId)
 {
     Blob bytes(entryIdSize);
     const std::span<std::uint8_t> all(bytes);
-    bytes[uidOffset - 1] = entryId.longTerm ? longTermMark : 0;
+    bytes[0] = entryId.shortTerm ? MAPI_SHORTTERM : 0;
     std::copy(entryId.storeUid.begin(), entryId.storeUid.end(), bytes.begin() + uidOffset);
     PutNumber(all.subspan(kindOffset, 4), static_cast<std::uint32_t>(entryId.kind));
     PutNumber(all.subspan(idOffset, 8), static_cast<std::uint64_t>(entryId.id));
@@ -59,13 +58,13 @@ EntryId DecodeEntryId(ULONG size, const void* bytes)
         throw MapiError(MAPI_E_INVALID_ENTRYID);
     const std::span all(static_cast<const std::uint8_t*>(bytes), entryIdSize);
     const std::uint64_t kind = GetNumber(all.subspan(kindOffset, 4));
-    const std::uint8_t mark = all[uidOffset - 1];
-    if (!IsKnownKind(kind) || GetNumber(all.first(3)) != 0 || mark > longTermMark)
+    const std::uint64_t flags = GetNumber(all.first(uidOffset));
+    if (!IsKnownKind(kind) || (flags & ~std::uint64_t{MAPI_SHORTTERM}) != 0)
         throw MapiError(MAPI_E_INVALID_ENTRYID);
     EntryId entryId{{},
                     static_cast<EntryKind>(kind),
                     static_cast<std::int64_t>(GetNumber(all.subspan(idOffset, 8))),
-                    mark == longTermMark};
+                    flags != 0};
     std::copy_n(all.begin() + uidOffset, entryId.storeUid.size(), entryId.storeUid.begin());
     return entryId;
 }

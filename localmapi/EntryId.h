@@ -26,14 +26,14 @@ enum class EntryKind : std::uint32_t
 
 // One object of a store as its entry id tells it. The id's 32 bytes: 4 of flags, 16 of the store's uid,
 // 4 of kind and 8 of row id, the numbers in little-endian order. All ids are good for as long as the object
-// lives; the long-term form is the same id with a mark in its last flag byte, for clients that want two
-// kinds.
+// lives; the short-term form is the same id with MAPI_SHORTTERM among its flags, for the tables of stores
+// that have two kinds.
 struct EntryId
 {
     StoreUid storeUid;
     EntryKind kind;
     std::int64_t id;    // of the folder's or message's row; 0 for the store itself
-    bool longTerm = false;
+    bool shortTerm = false;
 
     // Whether both name the same object, in whatever form.
     bool NamesSameObject(const EntryId& other) const;

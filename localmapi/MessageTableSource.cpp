@@ -16,7 +16,7 @@ MessageTableSource::MessageTableSource(SharedStore store, std::int64_t folderId)
 std::vector<std::uint32_t> MessageTableSource::DefaultColumns() const
 {
     std::vector<std::uint32_t> tags = MessagePlaceTags();
-    if (store->offersLongTermIds)
+    if (store->hasShortTermIds)
         tags.push_back(tag::longTermEntryIdFromTable);
     for (const MessageColumn& column : MessageColumns())
     {

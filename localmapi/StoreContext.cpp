@@ -4,8 +4,8 @@
 
 namespace
 {
-// The service whose clients expect long-term entry ids beside the short-term ones.
-constexpr const char* longTermService = "MSEMS";
+// The service whose tables show short-term entry ids.
+constexpr const char* shortTermService = "MSEMS";
 }    // namespace
 
 SharedStore OpenStoreContext(const std::string& path)
@@ -17,7 +17,7 @@ SharedStore OpenStoreContext(const std::string& path)
     if (const StoredValue name = context->file->ReadSetting("display_name");
         std::holds_alternative<std::string>(name))
         context->displayName = std::get<std::string>(name);
-    context->offersLongTermIds =
-        context->file->ReadSetting("service_name") == StoredValue(std::string(longTermService));
+    context->hasShortTermIds =
+        context->file->ReadSetting("service_name") == StoredValue(std::string(shortTermService));
     return context;
 }

@@ -11,8 +11,9 @@ struct StoreContext
 {
     std::shared_ptr<StoreFile> file;
     StoreUid uid;
-    std::string displayName;           // UTF-8
-    bool offersLongTermIds = false;    // whether tables show PR_LONGTERM_ENTRYID_FROM_TABLE
+    std::string displayName;    // UTF-8
+    // Whether contents tables show short-term entry ids, and the long-term ones in a column of their own.
+    bool hasShortTermIds = false;
 
     Blob EntryIdOf(EntryKind kind, std::int64_t id) const { return EncodeEntryId({uid, kind, id}); }
     Blob UidBytes() const { return Blob(uid.begin(), uid.end()); }

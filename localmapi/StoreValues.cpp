@@ -67,7 +67,7 @@ StoredValue PlaceValue(const StoreContext& store, std::uint32_t tag, EntryKind k
     case tag::access:
         return kind == EntryKind::Folder ? folderAccess : messageAccess;
     case tag::longTermEntryIdFromTable:
-        return EncodeEntryId({store.uid, kind, id, true});
+        return store.EntryIdOf(kind, id);
     default:
         return {};
     }
@@ -81,6 +81,15 @@ StoredValue FolderPlaceValue(const StoreContext& store, std::uint32_t tag, std::
         return KnowsSpecialFolders(id) ? StoredValue(store.EntryIdOf(EntryKind::Folder, special->id))
                                        : StoredValue();
     return PlaceValue(store, tag, EntryKind::Folder, id, stored);
+}
+
+// As PlaceValueOfMessage, but in a row: the one place where short-term ids are given out.
+StoredValue RowValueOfMessage(const StoreContext& store, std::uint32_t tag, std::int64_t id,
+                              std::int64_t folderId)
+{
+    if (tag == tag::entryId && store.hasShortTermIds)
+        return EncodeEntryId({store.uid, EntryKind::Message, id, true});
+    return PlaceValueOfMessage(store, tag, id, folderId);
 }
 
 std::uint32_t FolderTagToRead(std::uint32_t tag)
@@ -135,14 +144,14 @@ std::vector<StoredValue> ReadContentsValues(const StoreContext& store, std::int6
         const std::uint32_t tag = tags[i % tags.size()];
         const bool present = !std::holds_alternative<std::monostate>(values[i]);
         if (present && read[i % tags.size()] != tag)
-            values[i] = PlaceValueOfMessage(store, tag, ids[i / tags.size()], folderId);
+            values[i] = RowValueOfMessage(store, tag, ids[i / tags.size()], folderId);
     }
     return values;
 }
 
 bool IsPlaceOfMessage(const StoreContext& store, std::uint32_t tag)
 {
-    return IsPlaceTag(tag) || (tag == tag::longTermEntryIdFromTable && store.offersLongTermIds);
+    return IsPlaceTag(tag) || (tag == tag::longTermEntryIdFromTable && store.hasShortTermIds);
 }
 
 StoredValue PlaceValueOfMessage(const StoreContext& store, std::uint32_t tag, std::int64_t id,

@@ -49,16 +49,17 @@ TEST(EntryIdCoding, GivesBackWhatWasEncoded)
     EXPECT_EQ(decoded.storeUid, home);
     EXPECT_EQ(decoded.kind, EntryKind::Folder);
     EXPECT_EQ(decoded.id, 77);
-    EXPECT_TRUE(decoded.longTerm);
+    EXPECT_TRUE(decoded.shortTerm);
 }
 
 TEST(EntryIdCoding, TellsTheTwoFormsApartInTheFlagsAlone)
 {
-    const Blob plain = EncodeEntryId({home, EntryKind::Message, 5, false});
-    const Blob longTerm = EncodeEntryId({home, EntryKind::Message, 5, true});
+    const Blob longTerm = EncodeEntryId({home, EntryKind::Message, 5, false});
+    const Blob shortTerm = EncodeEntryId({home, EntryKind::Message, 5, true});
 
-    EXPECT_NE(Blob(plain.begin(), plain.begin() + 4), Blob(longTerm.begin(), longTerm.begin() + 4));
-    EXPECT_EQ(Blob(plain.begin() + 4, plain.end()), Blob(longTerm.begin() + 4, longTerm.end()));
+    EXPECT_EQ(Blob(longTerm.begin(), longTerm.begin() + 4), (Blob{0, 0, 0, 0}));
+    EXPECT_EQ(Blob(shortTerm.begin(), shortTerm.begin() + 4), (Blob{MAPI_SHORTTERM, 0, 0, 0}));
+    EXPECT_EQ(Blob(longTerm.begin() + 4, longTerm.end()), Blob(shortTerm.begin() + 4, shortTerm.end()));
 }
 
 TEST(EntryIdCoding, NamesTheSameObjectInEitherForm)
@@ -93,10 +94,13 @@ TEST(EntryIdCoding, RefusesAKindOfObjectThatNoStoreHas)
 
 TEST(EntryIdCoding, RefusesFlagsThatWereNeverGivenOut)
 {
-    Blob bytes = EncodeEntryId({home, EntryKind::Message, 5});
-    bytes[0] = 0x80;
+    for (const std::size_t place : {0, 1, 2, 3})
+    {
+        Blob bytes = EncodeEntryId({home, EntryKind::Message, 5});
+        bytes[place] = MAPI_THISSESSION;
 
-    EXPECT_EQ(RefusalOf(bytes), MAPI_E_INVALID_ENTRYID);
+        EXPECT_EQ(RefusalOf(bytes), MAPI_E_INVALID_ENTRYID) << place;
+    }
 }
 
 TEST(EntryIdCoding, RefusesNull)

@@ -195,40 +195,68 @@ TEST(OpeningAStoreObject, FailsForAFileThatIsNotThere)
 class StoreOfTheOtherService : public testing::Test
 {
 protected:
-    ComPtr<IMsgStore> Open()
+    StoreOfTheOtherService()
     {
         file.Run("UPDATE setting SET value = 'MSEMS' WHERE name = 'service_name'");
-        return OpenStoreObject((file.Folder() / "store.db").wstring());
+        file.AddMessage(folder_id::inbox, "hello");
+        store = OpenStoreObject((file.Folder() / "store.db").wstring());
     }
+
+    ComPtr<IUnknown> Open(Bytes entryId) const
+    {
+        ULONG type = 0;
+        ComPtr<IUnknown> object;
+        EXPECT_EQ(store->OpenEntry(static_cast<ULONG>(entryId.size()),
+                                   reinterpret_cast<ENTRYID*>(entryId.data()), nullptr, 0, &type, &object),
+                  S_OK);
+        return object;
+    }
+
+    // What the Inbox's one row shows under the tag.
+    Bytes ShownInTable(ULONG tag) const
+    {
+        ULONG size = 0;
+        ENTRYID* inboxId = nullptr;
+        EXPECT_EQ(store->GetReceiveFolder(nullptr, 0, &size, &inboxId, nullptr), S_OK);
+        const MapiBuffer<ENTRYID> owner(inboxId);
+        const auto* bytes = reinterpret_cast<const BYTE*>(inboxId);
+        const ComPtr<IUnknown> inbox = Open(Bytes(bytes, bytes + size));
+        ComPtr<IMAPITable> table;
+        EXPECT_EQ(static_cast<IMAPIFolder*>(inbox.Get())->GetContentsTable(0, &table), S_OK);
+        const RowSet rows = ReadTable(*table.Get(), {tag});
+        const SBinary& shown = rows->aRow[0].lpProps[0].Value.bin;
+        return Bytes(shown.lpb, shown.lpb + shown.cb);
+    }
+
+    static constexpr ULONG longTermEntryId = 0x66700102;
     TemporaryStore file;
+    ComPtr<IMsgStore> store;
 };
 
-TEST_F(StoreOfTheOtherService, ShowsLongTermIdsThatOpenTheSameMessage)
+TEST_F(StoreOfTheOtherService, ShowsShortTermIdsInItsTablesAndLongTermOnesBesideThem)
 {
-    constexpr ULONG longTermEntryId = 0x66700102;
-    file.AddMessage(folder_id::inbox, "hello");
-    const auto store = Open();
-    ULONG size = 0;
-    ENTRYID* inboxId = nullptr;
-    ASSERT_EQ(store->GetReceiveFolder(nullptr, 0, &size, &inboxId, nullptr), S_OK);
-    const MapiBuffer<ENTRYID> ownedInboxId(inboxId);
-    ComPtr<IUnknown> inbox;
-    ULONG type = 0;
-    ASSERT_EQ(store->OpenEntry(size, inboxId, &IID_IMAPIFolder, 0, &type, &inbox), S_OK);
-    ComPtr<IMAPITable> table;
-    ASSERT_EQ(static_cast<IMAPIFolder*>(inbox.Get())->GetContentsTable(0, &table), S_OK);
+    const Bytes shortTerm = ShownInTable(PR_ENTRYID);
+    const Bytes longTerm = ShownInTable(longTermEntryId);
 
-    const RowSet rows = ReadTable(*table.Get(), {longTermEntryId, PR_ENTRYID});
+    EXPECT_EQ(shortTerm[0], MAPI_SHORTTERM);
+    EXPECT_EQ(longTerm[0], 0);
+}
 
-    ASSERT_EQ(rows->cRows, 1u);
-    const SBinary& longTerm = rows->aRow[0].lpProps[0].Value.bin;
-    const SBinary& shortTerm = rows->aRow[0].lpProps[1].Value.bin;
-    ComPtr<IUnknown> message;
-    ASSERT_EQ(store->OpenEntry(longTerm.cb, reinterpret_cast<ENTRYID*>(longTerm.lpb), &IID_IMessage, 0, &type,
-                               &message),
-              S_OK);
-    EXPECT_EQ(ReadText(*static_cast<IMessage*>(message.Get()), PR_SUBJECT_W), L"hello");
-    EXPECT_NE(Bytes(longTerm.lpb, longTerm.lpb + longTerm.cb),
-              Bytes(shortTerm.lpb, shortTerm.lpb + shortTerm.cb));
+TEST_F(StoreOfTheOtherService, OpensTheSameMessageByEitherId)
+{
+    const ComPtr<IUnknown> byShortTerm = Open(ShownInTable(PR_ENTRYID));
+    const ComPtr<IUnknown> byLongTerm = Open(ShownInTable(longTermEntryId));
+
+    EXPECT_EQ(ReadText(*static_cast<IMessage*>(byShortTerm.Get()), PR_SUBJECT_W), L"hello");
+    EXPECT_EQ(ReadText(*static_cast<IMessage*>(byLongTerm.Get()), PR_SUBJECT_W), L"hello");
+}
+
+TEST_F(StoreOfTheOtherService, LetsAnOpenedMessageKnowItsLongTermIdAlone)
+{
+    const ComPtr<IUnknown> message = Open(ShownInTable(PR_ENTRYID));
+
+    const Bytes own = ReadBinary(*static_cast<IMessage*>(message.Get()), PR_ENTRYID);
+
+    EXPECT_EQ(own, ShownInTable(longTermEntryId));
 }
 }    // namespace

@@ -203,8 +203,8 @@ TEST_F(SystemMapiSession, RefusesEntryIdsThatAreNone)
 
 TEST_F(SystemMapiSession, ComparesEntryIdsByWhatTheyName)
 {
-    Blob shortTerm = EncodeEntryId({Uid(), EntryKind::Message, 5});
-    Blob longTerm = EncodeEntryId({Uid(), EntryKind::Message, 5, true});
+    Blob longTerm = EncodeEntryId({Uid(), EntryKind::Message, 5});
+    Blob shortTerm = EncodeEntryId({Uid(), EntryKind::Message, 5, true});
     Blob other = EncodeEntryId({Uid(), EntryKind::Message, 6});
     const auto same = [&](Blob& left, Blob& right)
     {
