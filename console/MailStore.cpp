@@ -81,6 +81,13 @@ void LoadFolders(ScanState& state, ConsoleFolderTree& tree)
         throw CannotBeOpened(L"its folders cannot be read");
 }
 
+void LearnProfileKind(ScanState& state, MapiHelper& helper) noexcept
+{
+    BOOL exchangeProfile = FALSE;
+    StartMapiHelper(helper, exchangeProfile);
+    state.exchangeProfile = exchangeProfile != FALSE;
+}
+
 FolderPaths MakeFolderPaths(const ScanState& state, const ConsoleFolderTree& tree)
 {
     std::map<TreeItem, int> indexes;

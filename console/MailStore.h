@@ -3,6 +3,7 @@
 #include "console/ConsoleFolderTree.h"
 #include "console/FolderPaths.h"
 #include "engine/ScanState.h"
+#include "store/MapiHelper.h"
 
 #include <exception>
 #include <string>
@@ -34,6 +35,10 @@ public:
 // Creates the session, logs on, opens the default store and walks its folders into `state` and `tree`, until
 // a stop is requested. Throws StoreError. COM must be there on this thread for as long as `state`.
 void LoadFolders(ScanState& state, ConsoleFolderTree& tree);
+
+// Starts the helper beside the session of `state`, which then knows whether the profile has Exchange. The
+// helper ends before the session does.
+void LearnProfileKind(ScanState& state, MapiHelper& helper) noexcept;
 
 // The records of `state.folders`, under their indexes.
 FolderPaths MakeFolderPaths(const ScanState& state, const ConsoleFolderTree& tree);

@@ -56,6 +56,7 @@ public:
     ExitCode Run()
     {
         LoadFolders(state, tree);
+        LearnProfileKind(state, mapiHelper);
         // A tree that a stop has cut short says nothing about the folders named.
         if (!state.stopRequested)
             ApplyOptions();
@@ -187,6 +188,7 @@ private:
     std::optional<LogFile>& log;
     StringTable strings{GetModuleHandleW(nullptr)};
     ScanState state;
+    MapiHelper mapiHelper;    // its session ends before the one in `state`
     ConsoleFolderTree tree;
     OutputStream notices;    // a stream of its own: written to by the thread that hears Ctrl+C
     StopSwitch stopSwitch;
