@@ -28,5 +28,5 @@ protected:
 private:
     std::vector<int> blueCaptions;
     COLORREF background;
-    Brush backgroundBrush;
+    BrushHandle backgroundBrush;
 };

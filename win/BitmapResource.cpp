@@ -2,9 +2,9 @@
 
 #include "win/ThisModule.h"
 
-Bitmap LoadBitmapResource(UINT id) noexcept
+BitmapHandle LoadBitmapResource(UINT id) noexcept
 {
     // A bitmap section keeps the resource's colours; any other kind takes on the display's.
-    return Bitmap(static_cast<HBITMAP>(
+    return BitmapHandle(static_cast<HBITMAP>(
         ::LoadImageW(ThisModule(), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
 }

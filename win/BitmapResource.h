@@ -6,4 +6,4 @@
 
 // One of our module's bitmap resources, in its own colours whatever the display's are; empty when there is no
 // such resource.
-Bitmap LoadBitmapResource(UINT id) noexcept;
+BitmapHandle LoadBitmapResource(UINT id) noexcept;

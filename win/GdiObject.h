@@ -14,6 +14,6 @@ struct GdiObjectDeleter
 template <typename Handle>
 using GdiObject = std::unique_ptr<std::remove_pointer_t<Handle>, GdiObjectDeleter>;
 
-using Brush = GdiObject<HBRUSH>;
-using Font = GdiObject<HFONT>;
-using Bitmap = GdiObject<HBITMAP>;
+using BrushHandle = GdiObject<HBRUSH>;
+using FontHandle = GdiObject<HFONT>;
+using BitmapHandle = GdiObject<HBITMAP>;

@@ -6,8 +6,14 @@
 
 namespace
 {
-// Carries nothing: what is to be run stands in the object, where no other program can put anything.
-constexpr UINT runPendingCall = WM_APP + 0x0700;
+constexpr UINT runCall = WM_APP + 0x0700;
+
+// A call on its way to the window's thread; lies on the stack of the thread that waits.
+struct CallInTransit
+{
+    const std::function<void()>& call;
+    bool done = false;
+};
 }    // namespace
 
 CWnd::~CWnd()
@@ -51,9 +57,9 @@ LRESULT CWnd::Dispatch(const Message& message)
         return ::CallWindowProcW(last, leaving, message.id, message.wParam, message.lParam);
     }
 
-    if (message.id == runPendingCall)
+    if (message.id == runCall)
     {
-        RunPendingCall();
+        RunCall(message.lParam);
         return 0;
     }
 
@@ -85,15 +91,22 @@ LRESULT CWnd::CallWindow(const Message& message)
 
 void CWnd::Invoke(const std::function<void()>& call)
 {
-    pendingCall = &call;
-    SendMessage(runPendingCall);
-    RunPendingCall();
+    CallInTransit transit{call};
+    const auto address = reinterpret_cast<LPARAM>(&transit);
+    expectedCall = address;
+    SendMessage(runCall, 0, address);
+    if (!transit.done)
+        call();
 }
 
-void CWnd::RunPendingCall()
+void CWnd::RunCall(LPARAM call)
 {
-    if (const auto* call = pendingCall.exchange(nullptr))
-        (*call)();
+    // Any program may send this message: only the address that is expected is one.
+    if (!expectedCall.compare_exchange_strong(call, 0))
+        return;
+    auto& transit = *reinterpret_cast<CallInTransit*>(call);
+    transit.done = true;
+    transit.call();
 }
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) const

@@ -31,8 +31,9 @@ public:
     // The standard message box, owned by this window; the button pressed (IDOK, IDYES, ...).
     int MessageBox(const std::wstring& text, const std::wstring& caption, UINT type) const;
 
-    // Has `call` run on the window's thread and returns when it has, however the window answers; on this one
-    // when the window has gone. For a subclassed window, and one other thread at a time.
+    // Has `call` run on the window's thread and returns when it has; on this one when the window has gone.
+    // The call may lead to this object's end: it is not touched afterwards. For a subclassed window, and one
+    // other thread at a time.
     void Invoke(const std::function<void()>& call);
 
 protected:
@@ -45,11 +46,11 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept;
     LRESULT Dispatch(const Message& message);
     LRESULT CallWindow(const Message& message);
-    void RunPendingCall();
+    void RunCall(LPARAM call);
     void Unsubclass() noexcept;
 
     HWND window = nullptr;
-    WNDPROC own = nullptr;               // the window's own procedure, while it is subclassed
-    const Message* current = nullptr;    // what is being handled now
-    std::atomic<const std::function<void()>*> pendingCall{nullptr};    // set by the thread that waits for it
+    WNDPROC own = nullptr;                  // the window's own procedure, while it is subclassed
+    const Message* current = nullptr;       // what is being handled now
+    std::atomic<LPARAM> expectedCall{0};    // set by the thread that waits for it
 };

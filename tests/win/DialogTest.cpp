@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-#include <vector>
+#include <thread>
 
 namespace
 {
@@ -150,6 +150,55 @@ TEST(Dialog, HasControlsOfVersionSix)
     dialog.DoModal();
 
     EXPECT_NE(library.find(L"_6.0."), std::wstring::npos) << "found in the folder of another version";
+}
+
+TEST(WindowCall, RunsOnTheWindowsThreadWhileTheOtherWaits)
+{
+    DWORD runner = 0;
+    bool doneWhenItReturned = false;
+    std::jthread other;
+    CTestDialog dialog;
+    dialog.whenShown = [&](CTestDialog& self)
+    {
+        other = std::jthread(
+            [&]
+            {
+                self.Invoke([&] { runner = ::GetCurrentThreadId(); });
+                doneWhenItReturned = runner != 0;
+                self.PostClick(IDOK);
+            });
+    };
+
+    dialog.DoModal();
+    other.join();
+
+    EXPECT_EQ(runner, ::GetCurrentThreadId());
+    EXPECT_TRUE(doneWhenItReturned);
+}
+
+TEST(WindowCall, RunsOnTheCallersThreadWhenTheWindowHasGone)
+{
+    DWORD runner = 0;
+    CTestDialog dialog;
+    dialog.whenShown = [](CTestDialog& self) { self.PostClick(IDOK); };
+    dialog.DoModal();
+
+    dialog.Invoke([&] { runner = ::GetCurrentThreadId(); });
+
+    EXPECT_EQ(runner, ::GetCurrentThreadId());
+}
+
+TEST(WindowCall, CannotBeForgedByAMessage)
+{
+    CTestDialog dialog;
+    dialog.whenShown = [](CTestDialog& self)
+    {
+        for (UINT message = WM_APP; message < WM_APP + 0x1000; ++message)
+            self.SendMessage(message, 0, 1);
+        self.PostClick(IDOK);
+    };
+
+    EXPECT_EQ(dialog.DoModal(), IDOK);
 }
 
 // The message box of this thread whose owner is `owner`; null when there is none (yet).

@@ -31,8 +31,8 @@ bool IsIconOrCursor(HICON icon)
     if (!::GetIconInfo(icon, &info))
         return false;
     // Both are copies made for whoever asks.
-    const Bitmap mask(info.hbmMask);
-    const Bitmap colour(info.hbmColor);
+    const BitmapHandle mask(info.hbmMask);
+    const BitmapHandle colour(info.hbmColor);
     return true;
 }
 

@@ -38,12 +38,12 @@ COLORREF PixelOf(HBITMAP bitmap, int x, int y)
 }
 
 // A row of images, all of one colour.
-Bitmap MakeBitmap(int width, int height, COLORREF colour)
+BitmapHandle MakeBitmap(int width, int height, COLORREF colour)
 {
     BITMAPINFO info{};
     info.bmiHeader = {sizeof info.bmiHeader, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
     void* bits = nullptr;
-    Bitmap bitmap(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    BitmapHandle bitmap(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     const Device device(::CreateCompatibleDC(nullptr));
     const HGDIOBJ before = ::SelectObject(device.get(), bitmap.get());
     const RECT all{0, 0, width, height};
@@ -68,7 +68,7 @@ TEST_F(ImageList, HasTheSizeItIsCreatedWith)
 TEST_F(ImageList, CutsABitmapIntoImages)
 {
     ASSERT_TRUE(images.Create(16, 16, ILC_MASK, 0, 0));
-    const Bitmap bitmap = LoadBitmapResource(IDB_FOUR_IMAGES);
+    const BitmapHandle bitmap = LoadBitmapResource(IDB_FOUR_IMAGES);
 
     const int first = images.Add(bitmap.get(), white);
 
@@ -90,7 +90,7 @@ TEST_F(ImageList, MakesPixelsOfTheMaskColourTransparentAndNoOthers)
     ASSERT_TRUE(images.Create(16, 16, ILC_COLOR24 | ILC_MASK, 0, 1));
     images.Add(MakeBitmap(16, 16, white).get(), white);
     images.Add(MakeBitmap(16, 16, RGB(10, 200, 30)).get(), white);
-    const Bitmap canvas = MakeBitmap(32, 16, RGB(0, 0, 255));
+    const BitmapHandle canvas = MakeBitmap(32, 16, RGB(0, 0, 255));
     const Device device(::CreateCompatibleDC(nullptr));
     const HGDIOBJ before = ::SelectObject(device.get(), canvas.get());
 
@@ -105,7 +105,7 @@ TEST_F(ImageList, MakesPixelsOfTheMaskColourTransparentAndNoOthers)
 TEST_F(ImageList, KeepsTheLastErrorOfItsThread)
 {
     ASSERT_TRUE(images.Create(16, 16, ILC_MASK, 0, 0));
-    const Bitmap bitmap = LoadBitmapResource(IDB_FOUR_IMAGES);
+    const BitmapHandle bitmap = LoadBitmapResource(IDB_FOUR_IMAGES);
 
     ::SetLastError(4711);
     images.Add(bitmap.get(), white);
@@ -172,7 +172,7 @@ TEST_F(ImageList, LeavesNothingBehindAfterManyRounds)
 
 TEST(BitmapResource, KeepsTheColoursOfTheResource)
 {
-    const Bitmap bitmap = LoadBitmapResource(IDB_ONE_IMAGE);
+    const BitmapHandle bitmap = LoadBitmapResource(IDB_ONE_IMAGE);
 
     BITMAP header{};
     ASSERT_NE(::GetObjectW(bitmap.get(), sizeof header, &header), 0);
