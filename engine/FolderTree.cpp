@@ -73,6 +73,7 @@ void AppendRecord(ScanState& state, const CFolder& folder, TreeItem item, const 
     FOLDER_INFO record;
     record.folder = folder;
     record.treeItem = item;
+    record.checkItem = item;
     record.selected = 1;
     record.name = name;
     record.entryId = EntryIdOrNothing(folder);
@@ -164,7 +165,7 @@ void MarkSelectedFolders(ScanState& state, const FolderTreeView& view)
     {
         if (state.stopRequested == 1)
             return;
-        const CheckState check = view.GetCheckState(record.treeItem);
+        const CheckState check = view.GetCheckState(record.checkItem);
         record.selected = check == CheckState::checked || check == CheckState::partlyChecked ? 1 : 0;
     }
 }

@@ -15,7 +15,8 @@ LONG OpenDefaultStore(ScanState& state);
 // an empty driver is no folder. Ends early when stopRequested is set.
 void EnumerateFolder(ScanState& state, FolderTreeView& view, const CFolder& folder, TreeItem parentItem);
 
-// Sets each record's selected flag from its item's check state in `view`, until stopRequested is 1.
+// Sets each record's selected flag from its checkItem's check state in `view`, the one that EnumerateFolder
+// drew into, until stopRequested is 1.
 void MarkSelectedFolders(ScanState& state, const FolderTreeView& view);
 
 // The index of a folder's icon in the folder image list, by its default item type (OlItemType).

@@ -267,6 +267,21 @@ TEST_F(FolderTree, MarksCheckedAndPartlyCheckedFoldersAsSelected)
     EXPECT_EQ(state.folders[3].selected, 1);
 }
 
+TEST_F(FolderTree, StillReadsItsOwnTreeAfterAnotherHasDrawnTheFolders)
+{
+    store.root.AddFolder(L"A");
+    store.root.AddFolder(L"B");
+    LoadTree();
+    tree.At(state.folders[1].checkItem).check = CheckState::unchecked;
+    std::swap(state.folders[1].treeItem, state.folders[2].treeItem);
+
+    MarkSelectedFolders(state, tree);
+
+    EXPECT_EQ(state.folders[0].selected, 1);
+    EXPECT_EQ(state.folders[1].selected, 0);
+    EXPECT_EQ(state.folders[2].selected, 1);
+}
+
 TEST_F(FolderTree, LeavesTheSelectionAloneWhenStopped)
 {
     store.root.AddFolder(L"A");
