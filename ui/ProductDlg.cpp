@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <uxtheme.h>
 
 #include <algorithm>
@@ -10,6 +11,16 @@ namespace
 {
 constexpr COLORREF lightYellow = RGB(255, 245, 196);
 constexpr COLORREF blue = RGB(0, 0, 255);
+
+// The bitmap that a static has loaded for itself; not every version of that control deletes it.
+BitmapHandle TakePicture(HWND control)
+{
+    wchar_t className[8] = L"";
+    ::GetClassNameW(control, className, ARRAYSIZE(className));
+    if (::lstrcmpiW(className, WC_STATICW) != 0)
+        return nullptr;
+    return BitmapHandle(reinterpret_cast<HBITMAP>(::SendMessageW(control, STM_SETIMAGE, IMAGE_BITMAP, 0)));
+}
 }    // namespace
 
 CProductDlg::CProductDlg(UINT templateId, const CWnd* parent, std::initializer_list<int> blueCaptions)
@@ -24,6 +35,7 @@ const MessageMap& CProductDlg::GetMessageMap() const
 {
     static constexpr MessageHandler handlers[] = {
         OnCtlColor<&CProductDlg::CtlColor>(),
+        OnMessage<&CProductDlg::DeletePictures>(WM_DESTROY),
     };
     static const MessageMap map{&CDialog::GetMessageMap(), handlers};
     return map;
@@ -35,6 +47,13 @@ BOOL CProductDlg::OnInitDialog()
     for (const int id : blueCaptions)
         ::SetWindowTheme(GetDlgItem(id), L"", L"");
     return CDialog::OnInitDialog();
+}
+
+LRESULT CProductDlg::DeletePictures(WPARAM, LPARAM)
+{
+    for (HWND child = ::GetWindow(GetSafeHwnd(), GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT))
+        TakePicture(child);
+    return Default();
 }
 
 HBRUSH CProductDlg::CtlColor(HDC context, HWND control)

@@ -26,6 +26,8 @@ protected:
     virtual HBRUSH CtlColor(HDC context, HWND control);
 
 private:
+    LRESULT DeletePictures(WPARAM, LPARAM);
+
     std::vector<int> blueCaptions;
     COLORREF background;
     BrushHandle backgroundBrush;

@@ -1,6 +1,7 @@
 #include "tests/ui/DialogProbe.h"
 
 #include "tests/ui/ModalDriver.h"
+#include "win/GdiObject.h"
 
 #include <memory>
 #include <string_view>
@@ -144,4 +145,23 @@ LOGFONTW FontOf(HWND window)
     LOGFONTW font{};
     ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
     return font;
+}
+
+std::vector<COLORREF> PixelsDrawnBy(HWND control, const RECT& part)
+{
+    const SIZE size = ClientSizeOf(control);
+    BITMAPINFO format{};
+    format.bmiHeader = {sizeof format.bmiHeader, size.cx, -size.cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const BitmapHandle canvas(::CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const MemoryDc context(::CreateCompatibleDC(nullptr));
+    const HGDIOBJ before = ::SelectObject(context.get(), canvas.get());
+    ::SendMessageW(control, WM_PRINT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT | PRF_ERASEBKGND);
+
+    std::vector<COLORREF> pixels;
+    for (LONG y = part.top; y < part.bottom; ++y)
+        for (LONG x = part.left; x < part.right; ++x)
+            pixels.push_back(::GetPixel(context.get(), x, y));
+    ::SelectObject(context.get(), before);
+    return pixels;
 }

@@ -41,6 +41,9 @@ std::vector<std::wstring> LayoutFaultsOf(HWND dialog);
 
 LOGFONTW FontOf(HWND window);
 
+// The colours of the pixels that the control draws in that part of its client area, row by row.
+std::vector<COLORREF> PixelsDrawnBy(HWND control, const RECT& part);
+
 inline bool operator==(const SIZE& left, const SIZE& right)
 {
     return left.cx == right.cx && left.cy == right.cy;

@@ -58,11 +58,11 @@ void CloseAllDialogs()
     {
         const std::vector<HWND> dialogs = ShownDialogs();
         for (const HWND dialog : dialogs)
-            ::PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        // A question without Cancel takes No; a message box with OK alone takes that as its Cancel.
-        for (const HWND dialog : dialogs)
-            if (const HWND no = ::GetDlgItem(dialog, IDNO))
-                ::PostMessageW(dialog, WM_COMMAND, IDNO, reinterpret_cast<LPARAM>(no));
+        {
+            // A question is answered with No, as not every one can be cancelled.
+            const HWND no = ::GetDlgItem(dialog, IDNO);
+            ::PostMessageW(dialog, WM_COMMAND, no ? IDNO : IDCANCEL, reinterpret_cast<LPARAM>(no));
+        }
         ::Sleep(20);
         return dialogs.empty();
     };
