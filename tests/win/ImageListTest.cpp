@@ -47,7 +47,7 @@ BitmapHandle MakeBitmap(int width, int height, COLORREF colour)
     const Device device(::CreateCompatibleDC(nullptr));
     const HGDIOBJ before = ::SelectObject(device.get(), bitmap.get());
     const RECT all{0, 0, width, height};
-    const Brush brush(::CreateSolidBrush(colour));
+    const BrushHandle brush(::CreateSolidBrush(colour));
     ::FillRect(device.get(), &all, brush.get());
     ::SelectObject(device.get(), before);
     return bitmap;

@@ -158,21 +158,20 @@ TEST_F(TreeCtrl, ReadsOnlyTheStateBitsUnderTheMask)
     EXPECT_EQ(control.GetItemState(item, TVIS_BOLD | TVIS_DROPHILITED), UINT{TVIS_BOLD});
 }
 
+// Keeps the last TVM_SETITEM that a tree receives in the TVITEMEXW that `kept` points to.
+LRESULT CALLBACK KeepItemSet(HWND tree, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR kept)
+{
+    if (message == TVM_SETITEMW)
+        *reinterpret_cast<TVITEMEXW*>(kept) = *reinterpret_cast<const TVITEMEXW*>(lParam);
+    return ::DefSubclassProc(tree, message, wParam, lParam);
+}
+
 // Not every system keeps this state where it can be read back, so it is caught on its way in.
 TEST_F(TreeCtrl, GreysAnItem)
 {
-    static TVITEMEXW received;
-    received = {};
     const HTREEITEM item = Insert(L"Calendar");
-    ::SetWindowSubclass(
-        window,
-        [](HWND tree, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) -> LRESULT
-        {
-            if (message == TVM_SETITEMW)
-                received = *reinterpret_cast<const TVITEMEXW*>(lParam);
-            return ::DefSubclassProc(tree, message, wParam, lParam);
-        },
-        0, 0);
+    TVITEMEXW received{};
+    ::SetWindowSubclass(window, &KeepItemSet, 0, reinterpret_cast<DWORD_PTR>(&received));
 
     control.SetItemStateEx(item, TVIS_EX_DISABLED);
 
