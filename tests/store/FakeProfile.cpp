@@ -79,6 +79,8 @@ std::size_t RoomOutside(const Column& column)
 void Fill(SPropValue& target, const Column& column, std::uint8_t* outside)
 {
     target.ulPropTag = column.tag;
+    // Beside a value of another type there may be anything; whoever takes it for binary shall notice.
+    target.Value.bin = {~0u, reinterpret_cast<BYTE*>(&target)};
     if (const auto* number = std::get_if<std::int32_t>(&column.value))
         target.Value.l = *number;
     else if (const auto* flag = std::get_if<bool>(&column.value))
