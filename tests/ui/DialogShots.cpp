@@ -1,0 +1,110 @@
+// Shows the product's dialogs with what they typically hold, one after another, so that pictures can be
+// taken. For each it writes "ready NAME X Y WIDTH HEIGHT" (the window's rectangle in screen pixels) when it
+// is painted, keeps it until a line is read, and closes it.
+
+#include "res/resource.h"
+#include "tests/ui/InstalledFolder.h"
+#include "tests/ui/ModalDriver.h"
+#include "ui/AboutDlg.h"
+#include "ui/MsgDlg.h"
+#include "ui/MyEULADlg.h"
+#include "win/StringTable.h"
+#include "win/ThisModule.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <iostream>
+#include <string>
+
+namespace
+{
+const char agreement[] =
+    "END USER LICENSE AGREEMENT\r\n"
+    "Talmore Quorvex Outlook Duplicate Remover\r\n"
+    "\r\n"
+    "1. GRANT OF LICENSE\r\n"
+    "\r\n"
+    "   You may install and use the software on any number of computers that you own or\r\n"
+    "   control, and keep copies of it for backup.\r\n"
+    "\r\n"
+    "2. YOUR MAIL\r\n"
+    "\r\n"
+    "   The software changes mail items only in the folders that you choose, and treats\r\n"
+    "   the duplicates among them with the action that you select. Items that were\r\n"
+    "   deleted permanently cannot be brought back.\r\n"
+    "\r\n"
+    "3. NO WARRANTY\r\n"
+    "\r\n"
+    "   The software is provided as it is, without warranty of any kind, express or\r\n"
+    "   implied, including the warranties of merchantability and fitness for a\r\n"
+    "   particular purpose.\r\n"
+    "\r\n"
+    "4. TERMINATION\r\n"
+    "\r\n"
+    "   This license ends when you remove all copies of the software.\r\n"
+    "\r\n"
+    "5. GENERAL\r\n"
+    "\r\n"
+    "   If a provision of this agreement does not hold, the others stay in force.\r\n";
+
+// Runs the dialog until its picture has been taken.
+void Shoot(const std::string& name, const std::wstring& caption, CDialog& dialog)
+{
+    ModalDriver user(
+        [&](ModalDriver& self)
+        {
+            const HWND window = self.WaitForDialog(caption);
+            ModalDriver::RunOnThreadOf(
+                window, [&] { ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN); });
+            RECT place{};
+            ::GetWindowRect(window, &place);
+            std::cout << "ready " << name << ' ' << place.left << ' ' << place.top << ' '
+                      << place.right - place.left << ' ' << place.bottom - place.top << std::endl;
+            std::string line;
+            std::getline(std::cin, line);
+            self.Click(window, IDOK);
+        });
+    dialog.DoModal();
+}
+
+void ShootMessage(const std::string& name, const std::wstring& message)
+{
+    CMsgDlg dialog;
+    dialog.message = message;
+    Shoot(name, L"Talmore Quorvex Outlook Duplicate Remover", dialog);
+}
+
+SystemFacts TypicalFacts()
+{
+    SystemFacts facts;
+    facts.query = VersionQuery::extended;
+    facts.platform = VER_PLATFORM_WIN32_NT;
+    facts.major = 5;
+    facts.minor = 2;
+    facts.build = 3790;
+    facts.servicePack = L"Service Pack 2";
+    facts.productType = VER_NT_WORKSTATION;
+    facts.nativeArchitecture = PROCESSOR_ARCHITECTURE_AMD64;
+    return facts;
+}
+}    // namespace
+
+int main()
+{
+    // Else the system would draw for 96 DPI and stretch the picture.
+    ::SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    const StringTable strings(ThisModule());
+    const TemporaryFolder folder;
+    const InstallEntry entry;
+    folder.Write(L"eula.dat", agreement);
+    entry.Set(folder.Path());
+
+    ShootMessage("message-completed",
+                 strings.Format(IDS_RUN_COMPLETED, {1234L, strings.Load(IDS_ACTION_DELETE)}));
+    ShootMessage("message-aborted", strings.Format(IDS_RUN_ABORTED, {17L}));
+    CAboutDlg about(nullptr, &TypicalFacts);
+    Shoot("about", L"About", about);
+    CMyEULADlg licence;
+    Shoot("licence", L"End User License Agreement", licence);
+}
