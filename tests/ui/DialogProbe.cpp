@@ -28,6 +28,30 @@ bool ShowsText(HWND control)
     return IsOfClass(control, L"Static") && kind != SS_ICON && kind != SS_BITMAP;
 }
 
+bool IsGroupBox(HWND control)
+{
+    return IsOfClass(control, L"Button") &&
+           (::GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+}
+
+// Whether the control lies inside the group box's frame, below its caption.
+bool Surrounds(HWND dialog, HWND group, HWND control)
+{
+    const RECT frame = RectIn(dialog, group);
+    const RECT place = RectIn(dialog, control);
+    return IsGroupBox(group) && place.left > frame.left && place.right < frame.right &&
+           place.top >= frame.top + TextSizeOf(group).cy && place.bottom < frame.bottom;
+}
+
+bool Cover(HWND dialog, HWND one, HWND other)
+{
+    const RECT place = RectIn(dialog, one);
+    const RECT otherPlace = RectIn(dialog, other);
+    RECT common{};
+    return ::IntersectRect(&common, &place, &otherPlace) && !Surrounds(dialog, one, other) &&
+           !Surrounds(dialog, other, one);
+}
+
 std::wstring Describe(HWND control)
 {
     return std::to_wstring(::GetDlgCtrlID(control)) + L" '" + TextOf(control) + L"'";
@@ -128,12 +152,9 @@ std::vector<std::wstring> LayoutFaultsOf(HWND dialog)
     for (std::size_t i = 0; i < children.size(); ++i)
     {
         AddFaultsOf(dialog, children[i], faults);
-        const RECT place = RectIn(dialog, children[i]);
         for (std::size_t j = i + 1; j < children.size(); ++j)
         {
-            const RECT other = RectIn(dialog, children[j]);
-            RECT common{};
-            if (::IntersectRect(&common, &place, &other))
+            if (Cover(dialog, children[i], children[j]))
                 faults.push_back(Describe(children[i]) + L" covers " + Describe(children[j]));
         }
     }

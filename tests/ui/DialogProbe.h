@@ -35,8 +35,9 @@ Colours ColoursOf(HWND dialog, UINT message, HWND control);
 SIZE TextSizeOf(HWND control);
 bool TextFits(HWND control);
 
-// The pairs of controls of the dialog that cover one another, the controls that reach out of its client area,
-// and the texts that do not fit, each by what it is; empty for a sound layout.
+// The pairs of controls of the dialog that cover one another (a group box may surround others), the controls
+// that reach out of its client area, and the texts that do not fit, each by what it is; empty for a sound
+// layout.
 std::vector<std::wstring> LayoutFaultsOf(HWND dialog);
 
 LOGFONTW FontOf(HWND window);
