@@ -201,24 +201,25 @@ TEST(WindowCall, CannotBeForgedByAMessage)
     EXPECT_EQ(dialog.DoModal(), IDOK);
 }
 
+struct MessageBoxSearch
+{
+    HWND owner;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK LookAtWindow(HWND window, LPARAM parameter)
+{
+    auto& search = *reinterpret_cast<MessageBoxSearch*>(parameter);
+    if (::GetWindow(window, GW_OWNER) == search.owner && ::GetDlgItem(window, IDOK))
+        search.found = window;
+    return !search.found;
+}
+
 // The message box of this thread whose owner is `owner`; null when there is none (yet).
 HWND FindMessageBox(HWND owner)
 {
-    struct Search
-    {
-        HWND owner;
-        HWND found = nullptr;
-    } search{owner};
-    ::EnumThreadWindows(
-        ::GetCurrentThreadId(),
-        [](HWND window, LPARAM parameter) -> BOOL
-        {
-            auto& search = *reinterpret_cast<Search*>(parameter);
-            if (::GetWindow(window, GW_OWNER) == search.owner && ::GetDlgItem(window, IDOK))
-                search.found = window;
-            return !search.found;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    MessageBoxSearch search{owner};
+    ::EnumThreadWindows(::GetCurrentThreadId(), &LookAtWindow, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
@@ -294,26 +295,28 @@ TEST(DialogFailure, SurvivesAnythingThatIsThrown)
     EXPECT_EQ(WhatTheUserIsTold([] { throw 5; }), L"An unexpected error occurred.");
 }
 
+HWND unfinishedDialog;
+std::wstring toldByTheTimer;
+
+void CALLBACK AnswerMessageBox(HWND, UINT, UINT_PTR, DWORD)
+{
+    if (const HWND box = FindMessageBox(unfinishedDialog))
+        toldByTheTimer = DismissMessageBox(box);
+}
+
 TEST(DialogFailure, EndsADialogThatCannotBeInitialised)
 {
-    static HWND window;
-    static std::wstring told;
     CTestDialog dialog;
     dialog.whenShown = [](CTestDialog& self)
     {
-        window = self.GetSafeHwnd();
-        ::SetTimer(window, 1, 5,
-                   [](HWND, UINT, UINT_PTR, DWORD)
-                   {
-                       if (const HWND box = FindMessageBox(window))
-                           told = DismissMessageBox(box);
-                   });
+        unfinishedDialog = self.GetSafeHwnd();
+        ::SetTimer(unfinishedDialog, 1, 5, &AnswerMessageBox);
         throw std::runtime_error("no");
     };
 
     const INT_PTR result = dialog.DoModal();
 
     EXPECT_EQ(result, IDCANCEL);
-    EXPECT_EQ(told, L"An unexpected error occurred.");
+    EXPECT_EQ(toldByTheTimer, L"An unexpected error occurred.");
 }
 }    // namespace
