@@ -7,6 +7,9 @@
 
 #include <string>
 
+// The item type (OlItemType) of the folders that hold mail.
+inline constexpr LONG mailItems = 0;
+
 // One folder of the default store.
 struct FOLDER_INFO
 {

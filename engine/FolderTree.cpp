@@ -7,8 +7,6 @@
 
 namespace
 {
-constexpr LONG mailItems = 0;    // OlItemType olMailItem
-
 // What is read of a folder before its item is drawn.
 struct FolderFacts
 {

@@ -13,7 +13,6 @@
 
 namespace
 {
-constexpr LONG mailItems = 0;    // OlItemType olMailItem
 constexpr LONG bestAccess = MAPI_BEST_ACCESS;
 constexpr LONG flagged = 2;    // OlFlagStatus olFlagMarked
 constexpr UnixSeconds sendTimeTolerance = 5;

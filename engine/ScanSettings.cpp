@@ -50,11 +50,14 @@ DuplicateAction ActionOfIndex(int index)
     return listed ? static_cast<DuplicateAction>(index) : DuplicateAction::markWithFlag;
 }
 
+bool NeedsDestination(DuplicateAction action)
+{
+    return action == DuplicateAction::copyToFolder || action == DuplicateAction::moveToFolder;
+}
+
 bool ChooseAction(ScanState& state, DuplicateAction action, const std::wstring& actionName)
 {
-    const bool needsFolder =
-        action == DuplicateAction::copyToFolder || action == DuplicateAction::moveToFolder;
-    if (needsFolder && state.destFolderPath.empty())
+    if (NeedsDestination(action) && state.destFolderPath.empty())
         return false;
     FlagOf(state, action) = 1;
     state.actionName = actionName;

@@ -30,6 +30,8 @@ enum class DuplicateAction : int
 // The action of a list index; markWithFlag when nothing is selected (negative) or the list has no such entry.
 DuplicateAction ActionOfIndex(int index);
 
+bool NeedsDestination(DuplicateAction action);    // a folder to copy or move to
+
 // Sets the action's flag, and its name for the end-of-run message. False, with nothing set, when it needs a
 // destination folder and none is chosen. It never clears the flag of another action: ResetSettings does.
 bool ChooseAction(ScanState& state, DuplicateAction action, const std::wstring& actionName);
