@@ -26,6 +26,13 @@ bool IsShownDialogOfThisProcess(HWND window)
            className == std::wstring_view(L"#32770");
 }
 
+BOOL CALLBACK AddShownDialog(HWND window, LPARAM found)
+{
+    if (IsShownDialogOfThisProcess(window))
+        reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
+    return TRUE;
+}
+
 // Also tells that the thread has come to its message loop, past everything that makes the dialog.
 bool AnswersMessages(HWND window)
 {
@@ -193,14 +200,7 @@ void ModalDriver::RunOnThreadOf(HWND window, const std::function<void()>& functi
 std::vector<HWND> ShownDialogs()
 {
     std::vector<HWND> dialogs;
-    ::EnumWindows(
-        [](HWND window, LPARAM found) -> BOOL
-        {
-            if (IsShownDialogOfThisProcess(window))
-                reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&dialogs));
+    ::EnumWindows(&AddShownDialog, reinterpret_cast<LPARAM>(&dialogs));
     return dialogs;
 }
 
