@@ -61,14 +61,8 @@ std::wstring AskForReason(const ScanState& state)
 
 ComApartment::ComApartment()
 {
-    const HRESULT result = CoInitialize(nullptr);
-    if (FAILED(result))
-        throw CannotBeOpened(SystemMessage(static_cast<DWORD>(result)));
-}
-
-ComApartment::~ComApartment()
-{
-    CoUninitialize();
+    if (FAILED(com.GetResult()))
+        throw CannotBeOpened(SystemMessage(static_cast<DWORD>(com.GetResult())));
 }
 
 void LoadFolders(ScanState& state, ConsoleFolderTree& tree)

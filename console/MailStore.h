@@ -4,6 +4,7 @@
 #include "console/FolderPaths.h"
 #include "engine/ScanState.h"
 #include "store/MapiHelper.h"
+#include "win/ComInitialization.h"
 
 #include <exception>
 #include <string>
@@ -22,14 +23,14 @@ private:
     std::wstring text;
 };
 
-// COM on this thread.
+// COM on this thread; throws StoreError where it cannot be had.
 class ComApartment
 {
 public:
-    ComApartment();    // throws StoreError
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-    ~ComApartment();
+    ComApartment();
+
+private:
+    ComInitialization com;
 };
 
 // Creates the session, logs on, opens the default store and walks its folders into `state` and `tree`, until
