@@ -118,8 +118,8 @@ void CProgressThread::LoadFolderTree()
         [this]
         {
             state->loadingTree = 0;
-            state->workerThread = nullptr;
             state->stopRequested = 0;
+            state->workerThread = nullptr;    // last: whoever waits for this lets go of the state
         });
 }
 
@@ -136,7 +136,7 @@ void CProgressThread::RunScan()
     progress.FinishRun(
         [this]
         {
-            state->workerThread = nullptr;
             state->stopRequested = 0;
+            state->workerThread = nullptr;    // last, as above
         });
 }

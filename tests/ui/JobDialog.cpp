@@ -83,8 +83,8 @@ void CJobDialog::Finish(const std::function<void()>& endJob)
     Invoke(
         [&]
         {
-            endJob();
             ::EnableWindow(GetDlgItem(IDC_JOB_DONE), TRUE);
+            endJob();
         });
 }
 
