@@ -11,11 +11,13 @@ CDialog::CDialog(UINT templateId, const CWnd* parent) : templateId(templateId), 
 INT_PTR CDialog::DoModal()
 {
     const ActivationContext commonControls;
+    initialised = false;
     const INT_PTR result = ::DialogBoxParamW(ThisModule(), MAKEINTRESOURCEW(templateId), FindOwner(),
                                              &CDialog::DialogProcedure, reinterpret_cast<LPARAM>(this));
-    if (result == -1 || result == 0)
+    if (!initialised)
         throw COleException(HRESULT_FROM_WIN32(::GetLastError()));
-    return result;
+    // Not a button's id: the window was destroyed, as with its owner.
+    return result > 0 ? result : IDCANCEL;
 }
 
 HWND CDialog::FindOwner() const
@@ -41,6 +43,7 @@ INT_PTR CALLBACK CDialog::DialogProcedure(HWND window, UINT id, WPARAM, LPARAM l
     const bool ready = WindowBoundary(window,
                                       [&]
                                       {
+                                          dialog.initialised = true;
                                           dialog.SubclassWindow(window);
                                           chooseFocus = dialog.OnInitDialog();
                                       });

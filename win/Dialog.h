@@ -15,8 +15,8 @@ public:
     // cannot be used meanwhile.
     explicit CDialog(UINT templateId, const CWnd* parent = nullptr);
 
-    // Shows the dialog and returns when it ends, with what it was ended with (IDOK, IDCANCEL, ...).
-    // COleException when it cannot be made.
+    // Shows the dialog and returns when it ends, with what it was ended with (IDOK, IDCANCEL, ...); IDCANCEL
+    // when its window was destroyed. COleException when it cannot be made.
     INT_PTR DoModal();
     void EndDialog(INT_PTR result);
 
@@ -36,4 +36,5 @@ private:
 
     UINT templateId;
     const CWnd* parent;
+    bool initialised = false;    // the window was there in this run
 };

@@ -87,6 +87,19 @@ TEST(Dialog, RunsAgainAfterItHasEnded)
     EXPECT_EQ(dialog.edit.GetSafeHwnd(), nullptr);
 }
 
+void CALLBACK DestroyItsWindow(HWND window, UINT, UINT_PTR, DWORD)
+{
+    ::DestroyWindow(window);
+}
+
+TEST(Dialog, CountsAsCancelledWhenItsWindowIsDestroyed)
+{
+    CTestDialog dialog;
+    dialog.whenShown = [](CTestDialog& self) { ::SetTimer(self.GetSafeHwnd(), 1, 1, &DestroyItsWindow); };
+
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+}
+
 TEST(Dialog, IsOwnedByTheActiveWindowWhenItHasNoParent)
 {
     HWND owner = nullptr;
