@@ -2,12 +2,14 @@
 // taken. For each it writes "ready NAME X Y WIDTH HEIGHT" (the window's rectangle in screen pixels) when it
 // is painted, keeps it until a line is read, and closes it.
 
+#include "engine/ScanState.h"
 #include "res/resource.h"
 #include "tests/ui/InstalledFolder.h"
 #include "tests/ui/ModalDriver.h"
 #include "ui/AboutDlg.h"
 #include "ui/MsgDlg.h"
 #include "ui/MyEULADlg.h"
+#include "ui/ProcessProgressDlg.h"
 #include "win/StringTable.h"
 #include "win/ThisModule.h"
 
@@ -16,9 +18,12 @@
 #include <functional>
 #include <iostream>
 #include <string>
+#include <tuple>
 
 namespace
 {
+const wchar_t productTitle[] = L"Talmore Quorvex Outlook Duplicate Remover";
+
 const char agreement[] =
     "END USER LICENSE AGREEMENT\r\n"
     "Talmore Quorvex Outlook Duplicate Remover\r\n"
@@ -48,13 +53,17 @@ const char agreement[] =
     "\r\n"
     "   If a provision of this agreement does not hold, the others stay in force.\r\n";
 
-// Runs the dialog until its picture has been taken.
-void Shoot(const std::string& name, const std::wstring& caption, CDialog& dialog)
+// Runs the dialog, in which `fill` does what there is to be seen, until its picture has been taken; then it
+// is closed by that button.
+void Shoot(
+    const std::string& name, const std::wstring& caption, CDialog& dialog, int closeButton = IDOK,
+    const std::function<void(HWND)>& fill = [](HWND) {})
 {
     ModalDriver user(
         [&](ModalDriver& self)
         {
             const HWND window = self.WaitForDialog(caption);
+            fill(window);
             ModalDriver::RunOnThreadOf(
                 window, [&] { ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN); });
             RECT place{};
@@ -63,7 +72,7 @@ void Shoot(const std::string& name, const std::wstring& caption, CDialog& dialog
                       << place.right - place.left << ' ' << place.bottom - place.top << std::endl;
             std::string line;
             std::getline(std::cin, line);
-            self.Click(window, IDOK);
+            self.Click(window, closeButton);
         });
     dialog.DoModal();
 }
@@ -72,7 +81,42 @@ void ShootMessage(const std::string& name, const std::wstring& message)
 {
     CMsgDlg dialog;
     dialog.message = message;
-    Shoot(name, L"Talmore Quorvex Outlook Duplicate Remover", dialog);
+    Shoot(name, productTitle, dialog);
+}
+
+void FillReport(CProcessProgressDlg& page)
+{
+    LONG total = 0;
+    for (const auto& [folder, subject, count] :
+         {std::tuple{L"Inbox", L"Minutes of the meeting on Monday", 3},
+          std::tuple{L"Inbox", L"Re: Offer for the new server room", 1},
+          std::tuple{L"Archive 2014", L"Re: Offer for the new server room", 2},
+          std::tuple{L"Inbox", L"Invoice 2014-117", 1}, std::tuple{L"Sent Items", L"Holiday plan", 12}})
+    {
+        total += count;
+        page.AddResultRow(folder, subject, count, total);
+    }
+}
+
+// The page of a run: while it is on, and after its end.
+void ShootProgress()
+{
+    ScanState state;
+    CProcessProgressDlg page(state, nullptr, [](ScanState&, ScanProgressView&) { return true; });
+    Shoot("progress", productTitle, page, IDCANCEL,
+          [&](HWND)
+          {
+              FillReport(page);
+              for (int step = 0; step < 4; ++step)
+                  page.StepProgress();
+          });
+    Shoot("progress-finished", productTitle, page, IDCANCEL,
+          [&](HWND window)
+          {
+              FillReport(page);
+              ::ShowWindow(::GetDlgItem(window, IDC_PROGRESS), SW_HIDE);
+              page.FinishRun([] {});
+          });
 }
 
 SystemFacts TypicalFacts()
@@ -107,4 +151,5 @@ int main()
     Shoot("about", L"About", about);
     CMyEULADlg licence;
     Shoot("licence", L"End User License Agreement", licence);
+    ShootProgress();
 }
