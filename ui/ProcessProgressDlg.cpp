@@ -5,6 +5,7 @@
 #include "ui/EndOfRun.h"
 #include "ui/JobWait.h"
 #include "ui/SaveLog.h"
+#include "ui/StopQuestion.h"
 #include "win/DataExchange.h"
 #include "win/FileDialog.h"
 #include "win/StringTable.h"
@@ -77,7 +78,7 @@ CProcessProgressDlg::CProcessProgressDlg(ScanState& settings, const CWnd* parent
 CProcessProgressDlg::~CProcessProgressDlg()
 {
     // The window may have been destroyed under a run, with the window that owns it.
-    if (IsRunning())
+    if (settings.workerThread)
         CloseEndMessage();
     StopJobAndWait(settings);
 }
@@ -172,20 +173,6 @@ void CProcessProgressDlg::FinishRun(const std::function<void()>& endJob)
         });
 }
 
-bool CProcessProgressDlg::IsRunning() const noexcept
-{
-    return settings.workerThread != nullptr;
-}
-
-void CProcessProgressDlg::AskToStop()
-{
-    const int answer = MessageBox(Strings().Load(IDS_ASK_STOP), Strings().Load(IDS_PRODUCT_TITLE),
-                                  MB_YESNO | MB_ICONQUESTION);
-    // The run may have ended while the question was open: then there is nothing to stop.
-    if (answer == IDYES && IsRunning())
-        settings.stopRequested = 1;
-}
-
 void CProcessProgressDlg::OnOK()
 {
     // No button stands for the Enter key here, and the list has no use for it.
@@ -193,17 +180,13 @@ void CProcessProgressDlg::OnOK()
 
 void CProcessProgressDlg::OnCancel()
 {
-    if (IsRunning())
-        AskToStop();
-    else
+    if (!AskWhetherToStop(*this, settings))
         CProductDlg::OnCancel();
 }
 
 void CProcessProgressDlg::OnCloseBox()
 {
-    if (IsRunning())
-        AskToStop();
-    else
+    if (!AskWhetherToStop(*this, settings))
         Default();
 }
 

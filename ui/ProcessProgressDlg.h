@@ -46,8 +46,6 @@ protected:
 private:
     void InsertColumns() const;
     void StartRun();
-    bool IsRunning() const noexcept;
-    void AskToStop();
     void OnCloseBox();
     void OnSaveLog();
     std::vector<LogRow> ReadRows() const;
