@@ -1,0 +1,55 @@
+# The interface compiler, its IDL files and the standard type library, as the packages lay them down.
+find_program(TQODR_WIDL NAMES ${TQODR_TRIPLE}-widl REQUIRED)
+
+# tqodr_package_folder(VARIABLE PACKAGE FILE): the folder in which PACKAGE has FILE.
+function(tqodr_package_folder variable package file)
+    if(${variable})
+        return()
+    endif()
+    execute_process(COMMAND dpkg -L ${package} OUTPUT_VARIABLE files ERROR_QUIET)
+    string(REPLACE "." "\\." pattern ${file})
+    if(NOT files MATCHES "([^\n]+)/${pattern}\n")
+        message(FATAL_ERROR "${file} is missing: install the package ${package}, or set ${variable}")
+    endif()
+    set(${variable} ${CMAKE_MATCH_1} CACHE PATH "Folder of ${file}")
+endfunction()
+tqodr_package_folder(TQODR_IDL_FOLDER libwine-dev oaidl.idl)
+tqodr_package_folder(TQODR_STDOLE_FOLDER libwine stdole2.tlb)
+
+if(TQODR_ARCH STREQUAL x64)
+    set(TQODR_WIDL_TARGET -m64)
+else()
+    set(TQODR_WIDL_TARGET -m32)
+endif()
+
+# tqodr_idl(TARGET FILE...): compiles IDL files of the calling folder into the folder of the same name below
+# generated/ (NAME.h, NAME_i.c with the identifiers, NAME.tlb) and makes the static library TARGET of the identifiers.
+# Who links it finds the headers by #include "FOLDER/NAME.h".
+function(tqodr_idl target)
+    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_SOURCE_DIR} OUTPUT_VARIABLE room)
+    set(folder ${CMAKE_BINARY_DIR}/generated/${room})
+    file(MAKE_DIRECTORY ${folder})
+    list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ OUTPUT_VARIABLE all)
+    set(widl ${TQODR_WIDL} ${TQODR_WIDL_TARGET} -I${CMAKE_CURRENT_SOURCE_DIR} -I${TQODR_IDL_FOLDER})
+    set(outputs)
+    set(identifiers)
+    foreach(file ${ARGN})
+        cmake_path(GET file STEM name)
+        set(output ${folder}/${name})
+        set(source ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+        # An IDL file may import another of its folder.
+        add_custom_command(OUTPUT ${output}.h ${output}_i.c ${output}.tlb
+            COMMAND ${widl} -h -o ${output}.h ${source}
+            COMMAND ${widl} -u -o ${output}_i.c ${source}
+            COMMAND ${widl} -L ${TQODR_STDOLE_FOLDER} -t -o ${output}.tlb ${source}
+            DEPENDS ${all}
+            COMMENT "Compiling ${room}/${file}"
+            VERBATIM)
+        list(APPEND outputs ${output}.h ${output}.tlb)
+        list(APPEND identifiers ${output}_i.c)
+    endforeach()
+    add_library(${target} STATIC ${identifiers} ${outputs})
+    # A compiled IDL file includes what it imports by the plain name.
+    target_include_directories(${target} SYSTEM PUBLIC ${CMAKE_BINARY_DIR}/generated ${folder})
+    target_compile_options(${target} PRIVATE -w)
+endfunction()
