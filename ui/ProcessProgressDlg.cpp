@@ -18,6 +18,7 @@
 #include <commdlg.h>
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace
