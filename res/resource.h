@@ -93,6 +93,7 @@
 
 // The product's pictures.
 #define IDI_PRODUCT 220
+#define IDB_BUTTON 201
 #define IDB_SEPARATOR 222
 #define IDB_MESSAGE 229
 #define IDB_CHECKS 210
