@@ -81,4 +81,11 @@ void CDialog::OnCancel()
     EndDialog(IDCANCEL);
 }
 
+void CDialog::PostNcDestroy()
+{
+    // The system's modal loop looks for its dialog only after a message from the queue: one has to come,
+    // should the window have been destroyed by a message that another thread sent.
+    ::PostThreadMessageW(::GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
 void CDialog::DoDataExchange(CDataExchange&) {}

@@ -28,6 +28,7 @@ protected:
     virtual BOOL OnInitDialog();
     virtual void OnOK();        // takes the values out of the controls, then ends with IDOK
     virtual void OnCancel();    // ends with IDCANCEL
+    void PostNcDestroy() override;
     virtual void DoDataExchange(CDataExchange& exchange);    // nothing to exchange
 
 private:

@@ -54,7 +54,9 @@ LRESULT CWnd::Dispatch(const Message& message)
         const HWND leaving = window;
         Unsubclass();
         window = nullptr;
-        return ::CallWindowProcW(last, leaving, message.id, message.wParam, message.lParam);
+        const LRESULT result = ::CallWindowProcW(last, leaving, message.id, message.wParam, message.lParam);
+        PostNcDestroy();
+        return result;
     }
 
     if (message.id == runCall)

@@ -38,6 +38,7 @@ public:
 
 protected:
     virtual LRESULT WindowProc(const Message& message);
+    virtual void PostNcDestroy() {}    // the window has gone
 
     // To be called by a handler: lets the window do what it does with this message of its own accord.
     LRESULT Default();

@@ -271,10 +271,7 @@ protected:
     }
     static void Destroy(HWND window)
     {
-        const DWORD thread = ::GetWindowThreadProcessId(window, nullptr);
         ModalDriver::RunOnThreadOf(window, [window] { ::DestroyWindow(window); });
-        // A host has messages of its own, with which the dialog's loop sees that its window has gone.
-        ::PostThreadMessageW(thread, WM_NULL, 0, 0);
     }
 };
 
