@@ -29,6 +29,16 @@ RegistryKey RegistryKey::Open(HKEY root, const std::wstring& path, REGSAM access
     return opened;
 }
 
+RegistryKey RegistryKey::Create(HKEY root, const std::wstring& path, REGSAM access) noexcept
+{
+    RegistryKey created;
+    HKEY key = nullptr;
+    if (::RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr, &key,
+                          nullptr) == ERROR_SUCCESS)
+        created.key.reset(key);
+    return created;
+}
+
 std::wstring RegistryKey::QueryString(const std::wstring& name, DWORD size) const
 {
     std::wstring data(size / sizeof(wchar_t), L'\0');

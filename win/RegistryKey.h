@@ -20,6 +20,9 @@ public:
     // Empty when there is no such key, or it may not be opened with that access (KEY_...).
     static RegistryKey Open(HKEY root, const std::wstring& path, REGSAM access) noexcept;
 
+    // The same for a key that is made where it is missing, with all above it.
+    static RegistryKey Create(HKEY root, const std::wstring& path, REGSAM access) noexcept;
+
     explicit operator bool() const noexcept { return key != nullptr; }
     HKEY get() const noexcept { return key.get(); }    // borrowed
 
