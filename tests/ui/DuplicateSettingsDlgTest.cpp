@@ -182,6 +182,26 @@ TEST_F(SettingsPageItself, IsYellowWithThreeBlueCaptionsAndWhiteLists)
         });
 }
 
+// Not by the colours that are asked for alone: a theme has its own.
+TEST_F(SettingsPageItself, DrawsItsCaptionsInBlue)
+{
+    Look(
+        [&](HWND page)
+        {
+            for (const int group : {222, 223, 224})
+            {
+                const HWND control = ::GetDlgItem(page, group);
+                std::vector<COLORREF> pixels;
+                ModalDriver::RunOnThreadOf(
+                    page,
+                    [&] {
+                        pixels = PixelsDrawnBy(control, {0, 0, ClientSizeOf(control).cx, 12});
+                    });
+                EXPECT_THAT(pixels, Contains(blue)) << group;
+            }
+        });
+}
+
 TEST_F(SettingsPageItself, DrawsItsCheckBoxesOnYellow)
 {
     Look(
