@@ -23,6 +23,30 @@ const COLORREF lightYellow = RGB(255, 245, 196);
 const COLORREF blue = RGB(0, 0, 255);
 const COLORREF white = RGB(255, 255, 255);
 
+// Lets a tree do what some versions of the control do: pass the selection on as it is taken down.
+class SelectionPassedOn
+{
+public:
+    explicit SelectionPassedOn(HWND tree)
+    {
+        own = reinterpret_cast<WNDPROC>(::SetWindowLongPtrW(
+            tree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&SelectionPassedOn::Procedure)));
+    }
+
+private:
+    static LRESULT CALLBACK Procedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        if (message == WM_DESTROY)
+        {
+            const LRESULT root = ::SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
+            ::SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, root);
+        }
+        return ::CallWindowProcW(own, tree, message, wParam, lParam);
+    }
+
+    static inline WNDPROC own = nullptr;
+};
+
 class SelectFolder : public DestinationPicker
 {
 protected:
@@ -172,6 +196,19 @@ TEST_F(SelectFolder, TakesTheFolderThatWasSelectedLast)
 
     EXPECT_EQ(state.destFolderPath, L"Mailbox");
     EXPECT_EQ(state.destFolder.GetDispatch(), FolderNamed(L"Mailbox"));
+}
+
+TEST_F(SelectFolder, KeepsItsChoiceWhenTheTreePassesItsSelectionOnAtTheEnd)
+{
+    Use(
+        [&](ModalDriver& user, HWND picker)
+        {
+            Select(picker, {L"Mailbox", L"Inbox"});
+            ModalDriver::RunOnThreadOf(picker, [&] { SelectionPassedOn(::GetDlgItem(picker, 220)); });
+            user.Click(picker, IDOK);
+        });
+
+    EXPECT_EQ(state.destFolderPath, L"Inbox");
 }
 
 TEST_F(SelectFolder, CannotBeEndedByEnterOnAFolderWithoutMail)
