@@ -4,12 +4,15 @@
 
 #include "engine/ScanState.h"
 #include "res/resource.h"
+#include "tests/engine/FakeStore.h"
 #include "tests/ui/InstalledFolder.h"
 #include "tests/ui/ModalDriver.h"
 #include "ui/AboutDlg.h"
+#include "ui/DuplicateSettingsDlg.h"
 #include "ui/MsgDlg.h"
 #include "ui/MyEULADlg.h"
 #include "ui/ProcessProgressDlg.h"
+#include "ui/SelectFolderDlg.h"
 #include "win/StringTable.h"
 #include "win/ThisModule.h"
 
@@ -19,6 +22,7 @@
 #include <iostream>
 #include <string>
 #include <tuple>
+#include <utility>
 
 namespace
 {
@@ -119,6 +123,54 @@ void ShootProgress()
           });
 }
 
+// The page of a run's settings: as it opens, and with a destination while it collects its choices.
+void ShootSettings()
+{
+    ScanState state;
+    LONG closeOwner = 0;
+    CDuplicateSettingsDlg page(state, closeOwner);
+    Shoot("settings", productTitle, page, IDCANCEL);
+    Shoot("settings-copy", productTitle, page, IDCANCEL,
+          [](HWND window)
+          {
+              constexpr WPARAM copyToFolder = 2;
+              ::CheckDlgButton(window, IDC_SENDER_NAME, BST_CHECKED);
+              ::CheckDlgButton(window, IDC_SEND_TIME, BST_CHECKED);
+              ::SendMessageW(::GetDlgItem(window, IDC_ACTION), CB_SETCURSEL, copyToFolder, 0);
+              ::SendMessageW(window, WM_COMMAND, MAKEWPARAM(IDC_ACTION, CBN_SELCHANGE), 0);
+              ::SetDlgItemTextW(window, IDC_DESTINATION, L"Duplicates of 2014");
+              ::SetDlgItemTextW(window, IDC_STATUS, L"Please wait... Collecting information...");
+          });
+}
+
+void AddRecord(ScanState& state, FakeStore& store, FakeFolder& folder)
+{
+    FOLDER_INFO& record = state.folders.emplace_back();
+    record.folder = store.MakeFolder(folder);
+    record.name = folder.name;
+    record.entryId = folder.id;
+    record.parentEntryId = folder.parent ? folder.parent->id : L"";
+    record.topLevel = folder.parent ? 0 : 1;
+    for (FakeFolder& child : folder.folders)
+        AddRecord(state, store, child);
+}
+
+void ShootPicker()
+{
+    FakeStore store;
+    for (const auto& [name, type] :
+         {std::pair{L"Calendar", 1}, std::pair{L"Contacts", 2}, std::pair{L"Deleted Items", 0},
+          std::pair{L"Inbox", 0}, std::pair{L"Journal", 4}, std::pair{L"Notes", 5}, std::pair{L"Tasks", 3}})
+        store.root.AddFolder(name, type);
+    FakeFolder& archive = store.root.AddFolder(L"Archive");
+    archive.AddFolder(L"2013");
+    archive.AddFolder(L"2014").AddFolder(L"Projects");
+    ScanState state;
+    AddRecord(state, store, store.root);
+    CSelectFolderDlg picker(state);
+    Shoot("picker", productTitle, picker, IDCANCEL);
+}
+
 SystemFacts TypicalFacts()
 {
     SystemFacts facts;
@@ -151,5 +203,7 @@ int main()
     Shoot("about", L"About", about);
     CMyEULADlg licence;
     Shoot("licence", L"End User License Agreement", licence);
+    ShootSettings();
+    ShootPicker();
     ShootProgress();
 }
