@@ -53,3 +53,25 @@ function(tqodr_idl target)
     target_include_directories(${target} SYSTEM PUBLIC ${CMAKE_BINARY_DIR}/generated ${folder})
     target_compile_options(${target} PRIVATE -w)
 endfunction()
+
+# tqodr_idl_proxy(TARGET NAME): the static library TARGET of the proxy and stub for the interfaces of NAME.idl, which
+# the calling folder compiles by tqodr_idl, to be merged into a DLL: PrxDllMain, PrxDllGetClassObject,
+# PrxDllCanUnloadNow, PrxDllRegisterServer and PrxDllUnregisterServer.
+function(tqodr_idl_proxy target name)
+    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_SOURCE_DIR} OUTPUT_VARIABLE room)
+    set(folder ${CMAKE_BINARY_DIR}/generated/${room})
+    set(source ${CMAKE_CURRENT_SOURCE_DIR}/${name}.idl)
+    set(widl ${TQODR_WIDL} ${TQODR_WIDL_TARGET} -I${CMAKE_CURRENT_SOURCE_DIR} -I${TQODR_IDL_FOLDER})
+    add_custom_command(OUTPUT ${folder}/${name}_p.c ${folder}/${name}_dlldata.c
+        COMMAND ${widl} -p -o ${folder}/${name}_p.c ${source}
+        COMMAND ${widl} --dlldata-only -o ${folder}/${name}_dlldata.c ${name}
+        DEPENDS ${source} ${folder}/${name}.h
+        COMMENT "Compiling the proxy of ${room}/${name}.idl"
+        VERBATIM)
+    add_library(${target} STATIC ${folder}/${name}_p.c ${folder}/${name}_dlldata.c)
+    target_include_directories(${target} SYSTEM PRIVATE ${folder})
+    target_compile_definitions(${target} PRIVATE
+        USE_COMPILER_EXCEPTIONS PROXY_DELEGATION REGISTER_PROXY_DLL ENTRY_PREFIX=Prx _WIN32_WINNT=0x0A00)
+    target_compile_options(${target} PRIVATE -w -include ${CMAKE_SOURCE_DIR}/cmake/ProxyUnknown.h)
+    target_link_libraries(${target} PUBLIC rpcrt4 oleaut32 ole32 uuid)
+endfunction()
