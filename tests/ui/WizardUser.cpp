@@ -1,0 +1,417 @@
+#include "tests/ui/WizardUser.h"
+
+#include "res/resource.h"
+#include "ui/DuplicateRemoverDlg.h"
+#include "win/TreeCtrl.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <stdexcept>
+#include <string_view>
+#include <thread>
+
+namespace
+{
+constexpr wchar_t title[] = L"Talmore Quorvex Outlook Duplicate Remover";
+constexpr int messageText = 0xFFFF;    // of the system's message boxes
+constexpr UINT answerTime = 1000;      // milliseconds that a page may take to answer
+
+bool Has(HWND window, int control)
+{
+    return ::GetDlgItem(window, control) != nullptr;
+}
+
+Page IdentifyProductPage(HWND window)
+{
+    if (Has(window, IDYES))
+        return Page::stopQuestion;
+    if (Has(window, IDC_FOLDER_TREE))
+        return Page::folders;
+    if (Has(window, IDC_DESTINATION_TREE))
+        return Page::picker;
+    if (Has(window, IDC_REPORT))
+        return Page::progress;
+    if (Has(window, IDC_TIME_SPAN) && Has(window, IDC_ACTION))
+        return Page::settings;
+    return Has(window, IDC_MESSAGE_TEXT) ? Page::notice : Page::unknown;
+}
+
+Page Identify(HWND window)
+{
+    const std::wstring caption = TextOf(window);
+    if (caption == title)
+        return IdentifyProductPage(window);
+    if (caption == L"About")
+        return Page::about;
+    if (caption == L"End User License Agreement")
+        return Page::licence;
+    // A window that is being made may have no caption yet, nor a text.
+    if (caption.empty() && TextOf(::GetDlgItem(window, messageText)).empty())
+        return Page::closed;
+    if (caption.empty())
+        return Has(window, IDCANCEL) && Has(window, IDOK) ? Page::logQuestion : Page::logMessage;
+    if (caption == L"Save As")
+        return Has(window, IDYES) ? Page::overwriteQuestion : Page::saveDialog;
+    return Page::unknown;
+}
+
+// The tree of a page, which stays the page's own.
+class PageTree : public CTreeCtrl
+{
+public:
+    PageTree(HWND page, int control) { Attach(::GetDlgItem(page, control)); }
+
+    std::vector<HTREEITEM> Items() const    // from the top
+    {
+        std::vector<HTREEITEM> items;
+        Add(GetRootItem(), items);
+        return items;
+    }
+
+private:
+    void Add(HTREEITEM item, std::vector<HTREEITEM>& items) const
+    {
+        for (; item; item = GetNextSiblingItem(item))
+        {
+            items.push_back(item);
+            Add(GetChildItem(item), items);
+        }
+    }
+};
+
+// A question is answered with No, as not every one can be cancelled.
+void PostCancel(HWND dialog)
+{
+    const HWND no = ::GetDlgItem(dialog, IDNO);
+    ::PostMessageW(dialog, WM_COMMAND, no ? IDNO : IDCANCEL, reinterpret_cast<LPARAM>(no));
+}
+
+std::string Describe(HWND window)
+{
+    return testing::PrintToString(TextOf(window));
+}
+
+// What the script of UseWizard does, with every failure told.
+void RunScript(WizardUser& user, const std::function<void(WizardUser&)>& script)
+{
+    try
+    {
+        script(user);
+        if (!user.IsOver())
+            user.WaitForOneOf({Page::closed});
+    }
+    catch (const std::exception& failure)
+    {
+        ADD_FAILURE() << failure.what() << "; moves so far:\n" << user.Moves();
+    }
+    user.CloseAll();
+}
+
+// Every window of this thread but what the system makes for any thread that shows one.
+std::vector<HWND> WindowsLeft()
+{
+    std::vector<HWND> windows;
+    const auto add = [](HWND window, LPARAM found) -> BOOL
+    {
+        wchar_t className[16] = L"";
+        ::GetClassNameW(window, className, ARRAYSIZE(className));
+        if (className != std::wstring_view(L"IME"))
+            reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
+        return TRUE;
+    };
+    ::EnumThreadWindows(::GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
+void ShowWizard(WizardRun& run, const std::function<void(WizardUser&)>& script)
+{
+    std::atomic<bool> over = false;
+    {
+        CDuplicateRemoverDlg wizard(false,
+                                    [&](HWND, const std::wstring& file) { run.helpFiles.push_back(file); });
+        ModalDriver driver(
+            [&](ModalDriver& self)
+            {
+                WizardUser user(self, over);
+                RunScript(user, script);
+                run.moves = user.Moves();
+                run.filesChosen = user.FilesChosen();
+            });
+        wizard.DoModal();
+        over = true;
+        driver.Join();
+    }
+    EXPECT_EQ(WindowsLeft(), std::vector<HWND>{}) << "left over after\n" << run.moves;
+}
+}    // namespace
+
+const char* NameOf(Page page)
+{
+    static constexpr const char* names[] = {
+        "folders",       "settings",    "picker",  "progress",    "notice",
+        "stop question", "about",       "licence", "save dialog", "overwrite question",
+        "log question",  "log message", "unknown", "closed"};
+    return names[static_cast<std::size_t>(page)];
+}
+
+WizardUser::WizardUser(ModalDriver& driver, const std::atomic<bool>& over) : driver(driver), over(over) {}
+
+Page WizardUser::Look()
+{
+    const std::vector<HWND> dialogs = ShownDialogs();
+    const auto front =
+        std::ranges::find_if(dialogs, [](HWND dialog) { return ::IsWindowEnabled(dialog) != FALSE; });
+    if (front == dialogs.end())
+        return Page::closed;
+    window = *front;
+    return Identify(window);
+}
+
+Page WizardUser::WaitForOneOf(std::initializer_list<Page> pages)
+{
+    Page found = Page::closed;
+    std::string wanted;
+    for (const Page page : pages)
+        wanted += std::string(wanted.empty() ? "" : " or ") + NameOf(page);
+    const auto search = [&]
+    {
+        found = Look();
+        if (found == Page::unknown)
+            throw std::runtime_error("a window that nobody knows: " + Describe(window));
+        return std::ranges::find(pages, found) != pages.end() && (found != Page::closed || over);
+    };
+    WaitUntil(search, wanted);
+    DWORD_PTR ignored = 0;
+    if (found != Page::closed &&
+        !::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, answerTime, &ignored) &&
+        ::IsWindow(window))
+        throw std::runtime_error(std::string("no answer within a second from ") + NameOf(found));
+    return found;
+}
+
+HWND WizardUser::WaitFor(Page page)
+{
+    WaitForOneOf({page});
+    return window;
+}
+
+void WizardUser::WaitUntil(const std::function<bool()>& condition, const std::string& what)
+{
+    driver.WaitUntil(condition, what);
+}
+
+void WizardUser::Post(UINT message, WPARAM wParam, LPARAM lParam) const
+{
+    ::PostMessageW(window, message, wParam, lParam);
+}
+
+void WizardUser::Press(Page page, int button)
+{
+    const HWND dialog = WaitFor(page);
+    WaitUntil([&] { return ::IsWindowEnabled(::GetDlgItem(dialog, button)) != FALSE; },
+              "a button that can be pressed");
+    Note(std::string(NameOf(page)) + ": press " +
+         testing::PrintToString(TextOf(::GetDlgItem(dialog, button))));
+    filesChosen += page == Page::saveDialog && button == IDOK ? 1 : 0;
+    driver.PostClick(dialog, button);
+}
+
+void WizardUser::PressKey(Page page, WORD key)
+{
+    const HWND dialog = WaitFor(page);
+    Note(std::string(NameOf(page)) + ": press " + (key == VK_ESCAPE ? "Esc" : "Enter"));
+    driver.PressKey(dialog, key);
+}
+
+void WizardUser::PressCloseBox(Page page)
+{
+    WaitFor(page);
+    Note(std::string(NameOf(page)) + ": click the close box");
+    Post(WM_SYSCOMMAND, SC_CLOSE);
+}
+
+void WizardUser::PressCancelUnseen()
+{
+    const HWND cancel = ::GetDlgItem(WaitFor(Page::folders), IDCANCEL);
+    Note("folders: cancel");
+    Post(WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(cancel));
+}
+
+bool WizardUser::IsLoaded() const
+{
+    return ::IsWindowEnabled(::GetDlgItem(window, IDOK)) != FALSE;
+}
+
+void WizardUser::WaitUntilLoaded()
+{
+    WaitFor(Page::folders);
+    WaitUntil([this] { return IsLoaded(); }, "the end of the loading");
+    // Answered when the page has done all that belongs to the end.
+    ::SendMessageW(window, WM_NULL, 0, 0);
+}
+
+std::vector<HTREEITEM> WizardUser::Folders()
+{
+    return PageTree(WaitFor(Page::folders), IDC_FOLDER_TREE).Items();
+}
+
+std::vector<int> WizardUser::Checks()
+{
+    std::vector<int> checks;
+    const std::vector<HTREEITEM> folders = Folders();
+    const PageTree tree(window, IDC_FOLDER_TREE);
+    for (const HTREEITEM folder : folders)
+        checks.push_back(tree.GetCheckIndex(folder));
+    return checks;
+}
+
+HTREEITEM WizardUser::ItemOf(int tree, std::size_t folder)
+{
+    return PageTree(window, tree).Items().at(folder);
+}
+
+void WizardUser::WaitForOtherCheck(HTREEITEM item, int before)
+{
+    const PageTree tree(window, IDC_FOLDER_TREE);
+    WaitUntil([&] { return tree.GetCheckIndex(item) != before; }, "another check state");
+}
+
+void WizardUser::ClickCheckBox(std::size_t folder)
+{
+    const HWND page = WaitFor(Page::folders);
+    const HTREEITEM item = ItemOf(IDC_FOLDER_TREE, folder);
+    const PageTree tree(page, IDC_FOLDER_TREE);
+    const int before = tree.GetCheckIndex(item);
+    Note("folders: click the check box of " + testing::PrintToString(tree.GetItemText(item)));
+    tree.EnsureVisible(item);
+    const RECT text = tree.GetItemRect(item, true);
+    POINT place{text.left, (text.top + text.bottom) / 2};
+    while (place.x > 0 && !(tree.HitTest(place).flags & TVHT_ONITEMSTATEICON))
+        --place.x;
+    const HWND control = ::GetDlgItem(page, IDC_FOLDER_TREE);
+    ::PostMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(place.x, place.y));
+    ::PostMessageW(control, WM_LBUTTONUP, 0, MAKELPARAM(place.x, place.y));
+    WaitForOtherCheck(item, before);
+}
+
+void WizardUser::PressSpaceOn(std::size_t folder)
+{
+    const HWND page = WaitFor(Page::folders);
+    const HTREEITEM item = ItemOf(IDC_FOLDER_TREE, folder);
+    const PageTree tree(page, IDC_FOLDER_TREE);
+    const int before = tree.GetCheckIndex(item);
+    Note("folders: press Space on " + testing::PrintToString(tree.GetItemText(item)));
+    ::SendMessageW(page, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(::GetDlgItem(page, IDC_FOLDER_TREE)), TRUE);
+    tree.SelectItem(item);
+    driver.PressKey(page, VK_SPACE);
+    WaitForOtherCheck(item, before);
+}
+
+void WizardUser::ChooseFromList(int list, int index)
+{
+    const HWND box = ::GetDlgItem(WaitFor(Page::settings), list);
+    Note("settings: choose entry " + std::to_string(index) + " of list " + std::to_string(list));
+    ::SendMessageW(box, WM_KEYDOWN, VK_HOME, 1);
+    for (int i = 0; i < index; ++i)
+        ::SendMessageW(box, WM_KEYDOWN, VK_DOWN, 1);
+    if (::SendMessageW(box, CB_GETCURSEL, 0, 0) != index)
+        throw std::runtime_error("the list does not take the choice");
+}
+
+void WizardUser::SetCriterion(int checkBox, bool checked)
+{
+    const HWND page = WaitFor(Page::settings);
+    if ((::IsDlgButtonChecked(page, checkBox) == BST_CHECKED) == checked)
+        return;
+    Note("settings: click criterion " + testing::PrintToString(TextOf(::GetDlgItem(page, checkBox))));
+    driver.Click(page, checkBox);
+}
+
+void WizardUser::PickDestination(std::size_t folder)
+{
+    Press(Page::settings, IDC_SELECT_DESTINATION);
+    SelectInPicker(folder);
+    Press(Page::picker, IDOK);
+    WaitFor(Page::settings);
+}
+
+void WizardUser::SelectInPicker(std::size_t folder)
+{
+    const HWND page = WaitFor(Page::picker);
+    const HTREEITEM item = ItemOf(IDC_DESTINATION_TREE, folder);
+    const PageTree tree(page, IDC_DESTINATION_TREE);
+    Note("picker: select " + testing::PrintToString(tree.GetItemText(item)));
+    tree.SelectItem(item);
+}
+
+std::wstring WizardUser::FinishRun()
+{
+    std::wstring text = TextOf(::GetDlgItem(WaitFor(Page::notice), IDC_MESSAGE_TEXT));
+    Press(Page::notice, IDOK);
+    WaitFor(Page::progress);
+    WaitUntil([this] { return ::IsWindowEnabled(::GetDlgItem(window, IDC_SAVE_LOG)) != FALSE; },
+              "the end of the run");
+    // As above.
+    ::SendMessageW(window, WM_NULL, 0, 0);
+    return text;
+}
+
+void WizardUser::TypeFileName(const std::wstring& path)
+{
+    const HWND dialog = WaitFor(Page::saveDialog);
+    Note("save dialog: type " + testing::PrintToString(path));
+    HWND edit = nullptr;
+    const auto takeEdit = [](HWND child, LPARAM found) -> BOOL
+    {
+        wchar_t className[8] = L"";
+        ::GetClassNameW(child, className, ARRAYSIZE(className));
+        if (!::IsWindowVisible(child) || className != std::wstring_view(L"Edit"))
+            return TRUE;
+        *reinterpret_cast<HWND*>(found) = child;
+        return FALSE;
+    };
+    ::EnumChildWindows(dialog, takeEdit, reinterpret_cast<LPARAM>(&edit));
+    ::SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+}
+
+std::string WizardUser::Moves() const
+{
+    std::string lines;
+    for (const std::string& move : moves)
+        lines += "  " + move + '\n';
+    return lines;
+}
+
+void WizardUser::CloseAll()
+{
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::seconds(30);
+    while (!over)
+    {
+        for (const HWND dialog : ShownDialogs())
+            if (::IsWindowEnabled(dialog))
+                PostCancel(dialog);
+        ::Sleep(20);
+        if (Clock::now() < end)
+            continue;
+        std::fprintf(stderr, "the wizard does not close; moves:\n%s", Moves().c_str());
+        std::abort();
+    }
+}
+
+WizardRun UseWizard(const std::function<void(WizardUser&)>& script)
+{
+    WizardRun run;
+    // A thread that has reached the mail servers holds on to them until it ends.
+    std::thread([&] { ShowWizard(run, script); }).join();
+    return run;
+}
