@@ -1,112 +1,19 @@
 #include "ui/DuplicateRemoverDlg.h"
 
-#include "res/resource.h"
-#include "tests/engine/FakeStore.h"
 #include "tests/ui/DialogProbe.h"
+#include "tests/ui/DuplicateRemoverDlgFixture.h"
 #include "tests/ui/InstalledFolder.h"
-#include "tests/ui/ModalDriver.h"
-#include "tests/ui/ServedSession.h"
 #include "tests/win/HandleCounts.h"
-#include "win/KernelHandle.h"
-#include "win/TreeCtrl.h"
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace
 {
-constexpr wchar_t title[] = L"Talmore Quorvex Outlook Duplicate Remover";
-
-class MainPage : public testing::Test
-{
-protected:
-    FakeStore store;
-    bool serves = true;
-    ServedSession served{[this] { return serves ? store.MakeSession() : CRDOSession(); }};
-    std::vector<std::pair<HWND, std::wstring>> helpShown;
-
-    MainPage()
-    {
-        FakeFolder& inbox = store.root.AddFolder(L"Inbox");
-        inbox.AddMessage();
-        inbox.AddMessage();
-        inbox.AddFolder(L"Lists").AddMessage({.subject = L"Other"});
-        store.root.AddFolder(L"Calendar", 1);
-    }
-
-    // Opens the page and lets `user` use it; what the page ended with.
-    INT_PTR Use(const ModalDriver::Script& script, bool exchangeProfile = false)
-    {
-        ModalDriver user(script);
-        CDuplicateRemoverDlg page(exchangeProfile, [this](HWND owner, const std::wstring& file)
-                                  { helpShown.emplace_back(owner, file); });
-        const INT_PTR result = page.DoModal();
-        user.Join();
-        return result;
-    }
-    // The same with a page whose tree is loaded.
-    INT_PTR UseLoaded(const std::function<void(ModalDriver& user, HWND page)>& script,
-                      bool exchangeProfile = false)
-    {
-        return Use(
-            [&](ModalDriver& user)
-            {
-                const HWND page = WaitForPage(user);
-                WaitUntilLoaded(user, page);
-                script(user, page);
-            },
-            exchangeProfile);
-    }
-
-    static HWND WaitForPage(ModalDriver& user) { return user.WaitForDialog(title, IDC_FOLDER_TREE); }
-    static void WaitUntilLoaded(ModalDriver& user, HWND page)
-    {
-        user.WaitUntil([&] { return IsEnabled(page, IDOK) && !IsShown(page, IDC_PLEASE_WAIT); }, "the tree");
-    }
-    static bool IsEnabled(HWND page, int control) { return ::IsWindowEnabled(::GetDlgItem(page, control)); }
-    static bool IsShown(HWND page, int control) { return ::IsWindowVisible(::GetDlgItem(page, control)); }
-
-    struct Tree : CTreeCtrl
-    {
-        explicit Tree(HWND page) { Attach(::GetDlgItem(page, IDC_FOLDER_TREE)); }
-    };
-    // "text:check" of every item, in the order of the tree.
-    static std::vector<std::wstring> ItemsOf(HWND page)
-    {
-        const Tree tree(page);
-        std::vector<std::wstring> items;
-        const std::function<void(HTREEITEM)> add = [&](HTREEITEM item)
-        {
-            for (; item; item = tree.GetNextSiblingItem(item))
-            {
-                items.push_back(tree.GetItemText(item) + L":" + std::to_wstring(tree.GetCheckIndex(item)));
-                add(tree.GetChildItem(item));
-            }
-        };
-        add(tree.GetRootItem());
-        return items;
-    }
-    static void SetCheckOfAll(HWND page, int index)
-    {
-        const Tree tree(page);
-        const std::function<void(HTREEITEM)> set = [&](HTREEITEM item)
-        {
-            for (; item; item = tree.GetNextSiblingItem(item))
-            {
-                tree.SetCheckIndex(item, index);
-                set(tree.GetChildItem(item));
-            }
-        };
-        set(tree.GetRootItem());
-    }
-};
-
 TEST_F(MainPage, HasItsControlsAsTheyStartOut)
 {
     std::vector<std::wstring> texts;
@@ -118,7 +25,7 @@ TEST_F(MainPage, HasItsControlsAsTheyStartOut)
     {
         if (!texts.empty())
             return;
-        const HWND page = ::FindWindowW(nullptr, title);
+        const HWND page = ::FindWindowW(nullptr, productTitle);
         for (const int id : {IDC_FOLDERS_GROUP, IDC_PLEASE_WAIT, IDOK, IDC_ABOUT, IDC_HELP_TOPIC, IDCANCEL})
         {
             texts.push_back(TextOf(::GetDlgItem(page, id)));
@@ -253,117 +160,6 @@ TEST_F(MainPage, IsUsableFromTheKeyboardInOrder)
     EXPECT_EQ(order, (std::vector<int>{IDC_FOLDER_TREE, IDC_HELP_TOPIC, IDC_ABOUT, IDOK}));
 }
 
-// While the tree is being loaded: the worker waits in the middle of it.
-class LoadingPage : public MainPage
-{
-protected:
-    std::atomic<bool> reached{false};
-    KernelHandle passed{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-
-    LoadingPage()
-    {
-        store.log.onCall = [this](const std::string& line)
-        {
-            if (!line.starts_with("Folder ") || reached.exchange(true))
-                return;
-            ::WaitForSingleObject(passed.get(), 20000);
-        };
-    }
-    INT_PTR UseWhileLoading(const std::function<void(ModalDriver& user, HWND page)>& script)
-    {
-        return Use(
-            [&](ModalDriver& user)
-            {
-                const HWND page = WaitForPage(user);
-                user.WaitUntil([this] { return reached.load(); }, "the loading to come to the halt");
-                script(user, page);
-            });
-    }
-    void LetPass() { ::SetEvent(passed.get()); }
-
-    // Answers the question that stands in front of the page; its text.
-    static std::wstring Answer(ModalDriver& user, int answer)
-    {
-        constexpr int textOfAMessageBox = 0xFFFF;
-        const HWND box = user.WaitForDialog(title, IDYES);
-        std::wstring text = TextOf(::GetDlgItem(box, textOfAMessageBox));
-        user.Click(box, answer);
-        user.WaitForEnd(box);
-        return text;
-    }
-};
-
-TEST_F(LoadingPage, KeepsItsButtonsDisabledAndItsNoticeShown)
-{
-    std::vector<bool> enabled;
-    bool noticeShown = false;
-
-    UseWhileLoading(
-        [&](ModalDriver& user, HWND page)
-        {
-            for (const int id : {IDOK, IDC_ABOUT, IDC_HELP_TOPIC})
-                enabled.push_back(IsEnabled(page, id));
-            noticeShown = IsShown(page, IDC_PLEASE_WAIT);
-            LetPass();
-            WaitUntilLoaded(user, page);
-            user.Click(page, IDCANCEL);
-        });
-
-    EXPECT_EQ(enabled, (std::vector<bool>{false, false, false}));
-    EXPECT_TRUE(noticeShown);
-}
-
-TEST_F(LoadingPage, AsksWhetherToStopWhenEscIsPressedAndStaysOpenAfterYes)
-{
-    std::wstring question;
-    std::vector<std::wstring> items;
-
-    UseWhileLoading(
-        [&](ModalDriver& user, HWND page)
-        {
-            user.PressKey(page, VK_ESCAPE);
-            question = Answer(user, IDYES);
-            LetPass();
-            WaitUntilLoaded(user, page);
-            items = ItemsOf(page);
-            user.PressKey(page, VK_ESCAPE);
-        });
-
-    EXPECT_EQ(question, L"Do you want to stop process?");
-    EXPECT_EQ(items, std::vector<std::wstring>{L"Mailbox:2"}) << "the loading went on";
-}
-
-TEST_F(LoadingPage, GoesOnLoadingAfterNo)
-{
-    std::vector<std::wstring> items;
-
-    UseWhileLoading(
-        [&](ModalDriver& user, HWND page)
-        {
-            ::PostMessageW(page, WM_CLOSE, 0, 0);
-            Answer(user, IDNO);
-            LetPass();
-            WaitUntilLoaded(user, page);
-            items = ItemsOf(page);
-            ::PostMessageW(page, WM_CLOSE, 0, 0);
-        });
-
-    EXPECT_EQ(items.size(), 4u);
-}
-
-TEST_F(LoadingPage, WaitsForTheLoadingWhenItsWindowIsDestroyedUnderIt)
-{
-    const INT_PTR result = UseWhileLoading(
-        [&](ModalDriver&, HWND page)
-        {
-            ModalDriver::RunOnThreadOf(page, [page] { ::DestroyWindow(page); });
-            LetPass();
-        });
-
-    EXPECT_EQ(result, IDCANCEL);
-    EXPECT_EQ(store.log.liveObjects, 0);
-}
-
 TEST_F(MainPage, AsksForAFolderWhenNoneIsTicked)
 {
     std::wstring told;
@@ -374,7 +170,7 @@ TEST_F(MainPage, AsksForAFolderWhenNoneIsTicked)
         {
             SetCheckOfAll(page, 1);
             user.PostClick(page, IDOK);
-            const HWND box = user.WaitForDialog(title, IDC_MESSAGE_TEXT);
+            const HWND box = user.WaitForDialog(productTitle, IDC_MESSAGE_TEXT);
             told = TextOf(::GetDlgItem(box, IDC_MESSAGE_TEXT));
             user.Click(box, IDOK);
             user.WaitForEnd(box);
@@ -397,7 +193,7 @@ TEST_F(MainPage, TakesAPartlyCheckedFolderForATickedOne)
             const Tree tree(page);
             tree.SetCheckIndex(tree.GetRootItem(), 3);
             user.PostClick(page, IDOK);
-            const HWND settings = user.WaitForDialog(title, IDC_TIME_SPAN);
+            const HWND settings = user.WaitForDialog(productTitle, IDC_TIME_SPAN);
             settingsCame = true;
             user.Click(settings, IDCANCEL);
             user.WaitForEnd(settings);
@@ -421,7 +217,7 @@ TEST_F(MainPage, ComesBackAsItWasWhenTheSettingsAreCancelled)
             tree.SetCheckIndex(tree.GetRootItem(), 3);
             before = ItemsOf(page);
             user.PostClick(page, IDOK);
-            const HWND settings = user.WaitForDialog(title, IDC_TIME_SPAN);
+            const HWND settings = user.WaitForDialog(productTitle, IDC_TIME_SPAN);
             hidden = !::IsWindowVisible(page);
             user.Click(settings, IDCANCEL);
             user.WaitUntil([page] { return ::IsWindowVisible(page); }, "the page to come back");
@@ -435,22 +231,26 @@ TEST_F(MainPage, ComesBackAsItWasWhenTheSettingsAreCancelled)
     EXPECT_EQ(after, before);
 }
 
-// From the settings on: runs with their defaults to the report.
-HWND RunToTheReport(ModalDriver& user, HWND page)
+class MainPageInARun : public MainPage
 {
-    user.PostClick(page, IDOK);
-    const HWND settings = user.WaitForDialog(title, IDC_TIME_SPAN);
-    user.PostClick(settings, IDOK);
-    const HWND report = user.WaitForDialog(title, IDC_REPORT);
-    const HWND box = user.WaitForDialog(title, IDC_MESSAGE_TEXT);
-    user.Click(box, IDOK);
-    user.WaitForEnd(box);
-    user.WaitUntil([report] { return ::IsWindowEnabled(::GetDlgItem(report, IDC_SAVE_LOG)); },
-                   "the run's end");
-    return report;
-}
+protected:
+    // From the page on, with the defaults of the settings, to the report of the run.
+    static HWND RunToTheReport(ModalDriver& user, HWND page)
+    {
+        user.PostClick(page, IDOK);
+        const HWND settings = user.WaitForDialog(productTitle, IDC_TIME_SPAN);
+        user.PostClick(settings, IDOK);
+        const HWND report = user.WaitForDialog(productTitle, IDC_REPORT);
+        const HWND box = user.WaitForDialog(productTitle, IDC_MESSAGE_TEXT);
+        user.Click(box, IDOK);
+        user.WaitForEnd(box);
+        user.WaitUntil([report] { return ::IsWindowEnabled(::GetDlgItem(report, IDC_SAVE_LOG)); },
+                       "the run's end");
+        return report;
+    }
+};
 
-TEST_F(MainPage, ClosesBehindARun)
+TEST_F(MainPageInARun, ClosesBehindIt)
 {
     const INT_PTR result =
         UseLoaded([](ModalDriver& user, HWND page) { user.Click(RunToTheReport(user, page), IDCANCEL); });
@@ -458,44 +258,6 @@ TEST_F(MainPage, ClosesBehindARun)
     EXPECT_EQ(result, IDCANCEL);
     EXPECT_EQ(store.deletedItems.messages.size(), 1u);
     EXPECT_EQ(store.log.liveObjects, 0);
-}
-
-TEST_F(MainPage, StaysOpenWithoutASession)
-{
-    serves = false;
-    std::vector<std::wstring> items{L"?"};
-
-    Use(
-        [&](ModalDriver& user)
-        {
-            // The loading asks the page to close, and that asks the user.
-            const HWND page = WaitForPage(user);
-            user.Click(user.WaitForDialog(title, IDYES), IDNO);
-            WaitUntilLoaded(user, page);
-            items = ItemsOf(page);
-            user.Click(page, IDCANCEL);
-        });
-
-    EXPECT_EQ(items, std::vector<std::wstring>());
-}
-
-TEST_F(MainPage, LetsGoOfASessionThatDoesNotLogOn)
-{
-    store.log.failAt = 1;
-    int liveObjects = -1;
-
-    Use(
-        [&](ModalDriver& user)
-        {
-            const HWND page = WaitForPage(user);
-            const HWND question = user.WaitForDialog(title, IDYES);
-            liveObjects = store.log.liveObjects;
-            user.Click(question, IDNO);
-            WaitUntilLoaded(user, page);
-            user.Click(page, IDCANCEL);
-        });
-
-    EXPECT_EQ(liveObjects, 0);
 }
 
 TEST_F(MainPage, ShowsTheHelpFileOfTheInstallation)
