@@ -14,7 +14,10 @@ HRESULT FindConnectionPoint(IUnknown* source, REFIID eventInterface, ComPtr<ICon
     ComPtr<IConnectionPointContainer> container;
     const HRESULT asked = source->QueryInterface(IID_IConnectionPointContainer,
                                                  reinterpret_cast<void**>(container.GetAddressOf()));
-    return SUCCEEDED(asked) ? container->FindConnectionPoint(eventInterface, point.GetAddressOf()) : asked;
+    if (FAILED(asked))
+        return asked;
+    const HRESULT found = container->FindConnectionPoint(eventInterface, point.GetAddressOf());
+    return SUCCEEDED(found) && !point ? E_POINTER : found;
 }
 }    // namespace
 
