@@ -150,3 +150,9 @@ FakeButton& FakeOffice::MenuButton() const
     const FakeControls& tools = Menu(5);
     return *tools.added.at(tools.added.size() - 1).Get();
 }
+
+void FakeOffice::Quit()
+{
+    popups.clear();
+    application.Reset();
+}

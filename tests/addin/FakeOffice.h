@@ -114,6 +114,9 @@ public:
     FakeButton& ToolBarButton() const;
     FakeButton& MenuButton() const;
 
+    // The host ends: only what others hold is alive afterwards.
+    void Quit();
+
     OfficeLog log;
     Microsoft::WRL::ComPtr<FakeApplication> application;
 

@@ -25,6 +25,8 @@ void LeavePlannedText()
 OfficeLog::Verdict OfficeLog::Note(std::string line)
 {
     lines.push_back(std::move(line));
+    if (onCall)
+        onCall(lines.back());
     if (lines.size() != failAt)
         return {};
     if (throws)

@@ -6,6 +6,7 @@
 #include <wrl/client.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,8 @@ struct OfficeLog
 
     // One line a call: "ToolBar put Visible(-1)".
     std::vector<std::string> lines;
-    std::size_t failAt = 0;    // counted from 1; 0 for none
+    std::function<void(const std::string& line)> onCall;    // after it was written down
+    std::size_t failAt = 0;                                 // counted from 1; 0 for none
     Failure failure = Failure::plain;
     bool throws = false;                   // an exception instead of a failure
     std::vector<IID> unknownInterfaces;    // that no object admits to have
