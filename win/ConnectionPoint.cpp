@@ -1,5 +1,7 @@
 #include "win/ConnectionPoint.h"
 
+#include "win/ComBoundary.h"
+
 #include <ocidl.h>
 #include <wrl/client.h>
 
@@ -7,7 +9,7 @@ namespace
 {
 using Microsoft::WRL::ComPtr;
 
-HRESULT FindConnectionPoint(IUnknown* source, REFIID eventInterface, ComPtr<IConnectionPoint>& point) noexcept
+HRESULT FindConnectionPoint(IUnknown* source, REFIID eventInterface, ComPtr<IConnectionPoint>& point)
 {
     if (!source)
         return E_INVALIDARG;
@@ -19,12 +21,9 @@ HRESULT FindConnectionPoint(IUnknown* source, REFIID eventInterface, ComPtr<ICon
     const HRESULT found = container->FindConnectionPoint(eventInterface, point.GetAddressOf());
     return SUCCEEDED(found) && !point ? E_POINTER : found;
 }
-}    // namespace
 
-HRESULT AtlAdvise(IUnknown* source, IUnknown* sink, REFIID eventInterface, DWORD* cookie) noexcept
+HRESULT Advise(IUnknown* source, IUnknown* sink, REFIID eventInterface, DWORD& cookie)
 {
-    if (!cookie)
-        return E_POINTER;
     ComPtr<IConnectionPoint> point;
     const HRESULT found = FindConnectionPoint(source, eventInterface, point);
     if (FAILED(found))
@@ -32,13 +31,27 @@ HRESULT AtlAdvise(IUnknown* source, IUnknown* sink, REFIID eventInterface, DWORD
     DWORD given = 0;
     const HRESULT advised = point->Advise(sink, &given);
     if (SUCCEEDED(advised))
-        *cookie = given;
+        cookie = given;
     return advised;
 }
 
-HRESULT AtlUnadvise(IUnknown* source, REFIID eventInterface, DWORD cookie) noexcept
+HRESULT Unadvise(IUnknown* source, REFIID eventInterface, DWORD cookie)
 {
     ComPtr<IConnectionPoint> point;
     const HRESULT found = FindConnectionPoint(source, eventInterface, point);
     return SUCCEEDED(found) ? point->Unadvise(cookie) : found;
+}
+}    // namespace
+
+// A source that throws must not end the process.
+HRESULT AtlAdvise(IUnknown* source, IUnknown* sink, REFIID eventInterface, DWORD* cookie) noexcept
+{
+    if (!cookie)
+        return E_POINTER;
+    return ComBoundary([&] { return Advise(source, sink, eventInterface, *cookie); });
+}
+
+HRESULT AtlUnadvise(IUnknown* source, REFIID eventInterface, DWORD cookie) noexcept
+{
+    return ComBoundary([&] { return Unadvise(source, eventInterface, cookie); });
 }
