@@ -9,6 +9,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 namespace
@@ -50,6 +52,32 @@ protected:
         return cancelled;
     }
 
+    // Clicks, runs with the settings as they come, and closes the wizard behind the report.
+    void RunFrom(FakeButton& button)
+    {
+        ModalDriver user(
+            [&](ModalDriver& self)
+            {
+                self.PostClick(WaitUntilLoaded(self), IDOK);
+                self.PostClick(self.WaitForDialog(title, IDC_TIME_SPAN), IDOK);
+                const HWND report = self.WaitForDialog(title, IDC_REPORT);
+                const HWND notice = self.WaitForDialog(title, IDC_MESSAGE_TEXT);
+                self.Click(notice, IDOK);
+                self.WaitForEnd(notice);
+                self.WaitUntil([report]
+                               { return ::IsWindowEnabled(::GetDlgItem(report, IDC_SAVE_LOG)) != FALSE; },
+                               "the end of the run");
+                self.Click(report, IDCANCEL);
+            });
+        button.Click();
+        user.Join();
+    }
+    bool HasAskedForLongTermIds() const
+    {
+        return std::ranges::any_of(store.log.lines, [](const std::string& line)
+                                   { return line.find("0x66700102") != std::string::npos; });
+    }
+
     FakeStore store;
     ServedSession served{[this] { return store.MakeSession(); }};
     int opened = 0;
@@ -67,6 +95,20 @@ TEST_F(Click, LeavesTheDefaultActionToTheHost)
 {
     EXPECT_EQ(ClickOn(office.ToolBarButton(), VARIANT_FALSE), VARIANT_FALSE);
     EXPECT_EQ(ClickOn(office.ToolBarButton(), VARIANT_TRUE), VARIANT_TRUE);
+}
+
+TEST_F(Click, SearchesByTheIdsOfTheProfilesKind)
+{
+    RunFrom(office.MenuButton());
+    const bool longTermWithoutExchange = HasAskedForLongTermIds();
+    Disconnect();
+    file.Run("UPDATE setting SET value = 'MSEMS' WHERE name = 'service_name'");
+    Connect();
+
+    RunFrom(office.MenuButton());
+
+    EXPECT_FALSE(longTermWithoutExchange);
+    EXPECT_TRUE(HasAskedForLongTermIds());
 }
 
 TEST_F(Click, MayBeFollowedByTheEndOfTheConnectionWhileTheWizardIsOpen)

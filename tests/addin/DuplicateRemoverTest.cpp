@@ -3,6 +3,7 @@
 #include "tests/addin/AddInFixture.h"
 #include "tests/addin/ClipboardHolder.h"
 #include "tests/win/HandleCounts.h"
+#include "tests/win/MemoryGone.h"
 
 #include <windows.h>
 
@@ -191,6 +192,18 @@ TEST_F(DuplicateRemover, FailsWhereButtonsRaiseNoEvents)
 
     EXPECT_EQ(Disconnect(), S_OK);
     EXPECT_TRUE(HelperRuns());
+}
+
+TEST_F(DuplicateRemover, SaysThatThereIsNoMemoryAndConnectsWhenThereIs)
+{
+    HRESULT result = S_OK;
+    {
+        const MemoryGone gone;
+        result = Connect();
+    }
+
+    EXPECT_EQ(result, E_OUTOFMEMORY);
+    EXPECT_EQ(Connect(), S_OK);
 }
 
 TEST_F(DuplicateRemover, RefusesASecondConnectionWhileConnected)
