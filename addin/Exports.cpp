@@ -1,6 +1,8 @@
 #include "addin/ProxyStub.h"
 #include "addin/SelfRegistration.h"
+#include "addin/TalmoreQuorvexOutlookDuplicateRemoverApp.h"
 #include "addin/TalmoreQuorvexOutlookDuplicateRemoverModule.h"
+#include "win/ComBoundary.h"
 
 #include <windows.h>
 
@@ -20,7 +22,10 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved
 
 STDAPI DllCanUnloadNow()
 {
-    return PrxDllCanUnloadNow() == S_OK ? module.DllCanUnloadNow() : S_FALSE;
+    if (PrxDllCanUnloadNow() != S_OK || module.DllCanUnloadNow() != S_OK)
+        return S_FALSE;
+    // A connection that failed leaves the helper running, and while the library is unloaded it is too late.
+    return ComBoundary([] { StopMapiHelper(TheApp().mapiHelper); });
 }
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, LPVOID* object)
