@@ -5,7 +5,8 @@
 LoadedLibrary::LoadedLibrary()
 {
     const char* dist = std::getenv("TQODR_DIST");
-    const std::string path = std::string("Z:") + (dist ? dist : ".") + "/TalmoreQuorvexOutlookDuplicateRemover.dll";
+    const std::string path =
+        std::string("Z:") + (dist ? dist : ".") + "/TalmoreQuorvexOutlookDuplicateRemover.dll";
     module = ::LoadLibraryA(path.c_str());
 }
 
