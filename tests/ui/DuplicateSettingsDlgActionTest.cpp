@@ -97,7 +97,10 @@ TEST_F(SettingsPageAction, IsChosenByKeyboardToo)
             ::SendMessageW(page, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(::GetDlgItem(page, 212)), TRUE);
             user.PressKey(page, VK_DOWN);
             user.PressKey(page, VK_DOWN);
-            user.WaitUntil([&] { return IsDestinationEnabled(page); }, "the destination to be enabled");
+            user.WaitUntil([&] { return IsEnabled(page, 214); }, "the destination to be enabled");
+            // Answered when the change has been handled whole.
+            ::SendMessageW(page, WM_NULL, 0, 0);
+            EXPECT_TRUE(IsDestinationEnabled(page));
             EXPECT_EQ(TextIn(page, 212), L"Copy to folder...");
             user.PressKey(page, VK_ESCAPE);
         });

@@ -9,7 +9,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using testing::ElementsAre;
@@ -206,10 +208,12 @@ TEST_F(SettingsPageRun, IsStartedByEnterInAnyControl)
 
 TEST_F(SettingsPageRun, ClosesThePageAlsoWhenTheResultsCannotBeShown)
 {
+    std::optional<NoFurtherDialog> refused;
+
     Use(
         [&](ModalDriver& user, HWND page)
         {
-            ModalDriver::RunOnThreadOf(page, [] { static NoFurtherDialog once; });
+            ModalDriver::RunOnThreadOf(page, [&] { refused.emplace(); });
             user.PostClick(page, IDOK);
             user.Click(user.WaitForDialog(title), IDOK);
             user.WaitForEnd(page);
