@@ -72,6 +72,7 @@ const MessageMap& CMainWindow::GetMessageMap() const
         OnMessage<&CMainWindow::OnMouseMove>(WM_MOUSEMOVE),
         OnMessage<&CMainWindow::OnButtonUp>(WM_LBUTTONUP),
         OnMessage<&CMainWindow::OnUpdateBars>(updateBars),
+        OnCtlColor<&CMainWindow::OnColour>(),
         ::OnClose<&CMainWindow::OnClose>(),
         OnNotify<&CMainWindow::OnFolderChanged>(IDC_FOLDERS, static_cast<UINT>(TVN_SELCHANGEDW)),
         OnNotify<&CMainWindow::OnMessageChanged>(IDC_MESSAGES, static_cast<UINT>(LVN_ITEMCHANGED)),

@@ -56,6 +56,7 @@ private:
     LRESULT OnMouseMove(WPARAM keys, LPARAM place);
     LRESULT OnButtonUp(WPARAM keys, LPARAM place);
     LRESULT OnUpdateBars(WPARAM, LPARAM);
+    HBRUSH OnColour(HDC context, HWND control);
     void OnClose();
     LRESULT OnFolderChanged(NMHDR& notice);
     LRESULT OnMessageChanged(NMHDR& notice);

@@ -66,6 +66,13 @@ LRESULT CMainWindow::OnSetFocus(WPARAM, LPARAM)
     return 0;
 }
 
+HBRUSH CMainWindow::OnColour(HDC, HWND control)
+{
+    // A pane that can only be read would be grey.
+    return control == reading.GetSafeHwnd() ? ::GetSysColorBrush(COLOR_WINDOW)
+                                            : reinterpret_cast<HBRUSH>(Default());
+}
+
 LRESULT CMainWindow::OnSetCursor(WPARAM, LPARAM where)
 {
     POINT point{};

@@ -20,8 +20,8 @@ struct Heading
     int width;
     int format;
 };
-constexpr Heading headings[] = {{L"From", 170, LVCFMT_LEFT},
-                                {L"Subject", 270, LVCFMT_LEFT},
+constexpr Heading headings[] = {{L"From", 150, LVCFMT_LEFT},
+                                {L"Subject", 235, LVCFMT_LEFT},
                                 {L"Received", 130, LVCFMT_LEFT},
                                 {L"Size", 70, LVCFMT_RIGHT},
                                 {L"Marks", 110, LVCFMT_LEFT}};
