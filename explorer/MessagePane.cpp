@@ -22,7 +22,7 @@ struct Heading
 };
 constexpr Heading headings[] = {{L"From", 150, LVCFMT_LEFT},
                                 {L"Subject", 235, LVCFMT_LEFT},
-                                {L"Received", 130, LVCFMT_LEFT},
+                                {L"Received", 145, LVCFMT_LEFT},
                                 {L"Size", 70, LVCFMT_RIGHT},
                                 {L"Marks", 110, LVCFMT_LEFT}};
 
