@@ -13,6 +13,8 @@ const WizardResources& ResourcesAtRest()
 {
     static const WizardResources resources = []
     {
+        for (const wchar_t* icon : {IDI_QUESTION, IDI_ERROR, IDI_INFORMATION})
+            ::LoadIconW(nullptr, icon);
         const TemporaryFolder folder;
         const WizardStore store;
         const StoreVariable variable(std::filesystem::path(store.File().Path()).c_str());

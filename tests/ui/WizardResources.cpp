@@ -67,7 +67,7 @@ WizardResources WizardResources::Settled(const WizardResources& rest, DWORD save
 
 bool WizardResources::IsBackAt(const WizardResources& rest, DWORD saves) const
 {
-    constexpr DWORD keptInAll = 4;
+    constexpr DWORD keptInAll = 12;
     constexpr DWORD handlesOfOneSave = 5;
     return windows.gdi <= rest.windows.gdi + keptInAll && windows.user <= rest.windows.user + keptInAll &&
            handles <= rest.handles + keptInAll + handlesOfOneSave * saves && quorvexIdle && localMapiIdle;

@@ -141,7 +141,7 @@ TEST_F(Wizard, RefusesARunWithoutADestinationAndKeepsItsTimeSpan)
             user.ChooseFromList(IDC_TIME_SPAN, 2);
             user.ChooseFromList(IDC_ACTION, move);
             user.Press(Page::settings, IDOK);
-            asked = TextOf(::GetDlgItem(user.WaitFor(Page::notice), IDC_MESSAGE_TEXT));
+            asked = user.MessageText();
             user.Press(Page::notice, IDOK);
             user.ChooseFromList(IDC_TIME_SPAN, 10);
             user.ChooseFromList(IDC_ACTION, flag);
@@ -165,7 +165,7 @@ TEST_F(Wizard, AsksForAFolderWhenNoneIsTicked)
             user.WaitUntilLoaded();
             user.ClickCheckBox(0);
             user.Press(Page::folders, IDOK);
-            asked = TextOf(::GetDlgItem(user.WaitFor(Page::notice), IDC_MESSAGE_TEXT));
+            asked = user.MessageText();
             user.Press(Page::notice, IDOK);
             user.PressEscape(Page::folders);
         });
@@ -208,7 +208,7 @@ TEST_F(Wizard, SavesTheReportAfterTheRun)
             user.Press(Page::progress, IDC_SAVE_LOG);
             user.TypeFileName(path);
             user.Press(Page::saveDialog, IDOK);
-            told.push_back(TextOf(::GetDlgItem(user.WaitFor(Page::logMessage), 0xFFFF)));
+            told.push_back(user.MessageText());
             user.PressReturn(Page::logMessage);
             user.Press(Page::progress, IDCANCEL);
         });

@@ -88,6 +88,27 @@ private:
     }
 };
 
+bool HasFocus(HWND dialog)
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return ::GetGUIThreadInfo(::GetWindowThreadProcessId(dialog, nullptr), &info) && info.hwndFocus &&
+           ::IsChild(dialog, info.hwndFocus);
+}
+
+// What a user does whose keys go nowhere, as when windows of two threads have come and gone one over the
+// other: clicks on a control.
+void ClickInto(HWND dialog)
+{
+    ModalDriver::RunOnThreadOf(dialog,
+                               [dialog]
+                               {
+                                   ::SetForegroundWindow(dialog);
+                                   if (!HasFocus(dialog))
+                                       ::SetFocus(::GetNextDlgTabItem(dialog, nullptr, FALSE));
+                               });
+}
+
 // A question is answered with No, as not every one can be cancelled.
 void PostCancel(HWND dialog)
 {
@@ -176,7 +197,7 @@ Page WizardUser::Look()
     return Identify(window);
 }
 
-Page WizardUser::WaitForOneOf(std::initializer_list<Page> pages)
+Page WizardUser::WaitForOneOf(const std::vector<Page>& pages)
 {
     Page found = Page::closed;
     std::string wanted;
@@ -209,14 +230,17 @@ void WizardUser::WaitUntil(const std::function<bool()>& condition, const std::st
     driver.WaitUntil(condition, what);
 }
 
-void WizardUser::Post(UINT message, WPARAM wParam, LPARAM lParam) const
+HWND WizardUser::Reach(Page page)
 {
-    ::PostMessageW(window, message, wParam, lParam);
+    const HWND last = window;
+    if (page == Page::progress && last && Identify(last) == page && ::IsWindowVisible(last))
+        return last;
+    return WaitFor(page);
 }
 
 void WizardUser::Press(Page page, int button)
 {
-    const HWND dialog = WaitFor(page);
+    const HWND dialog = Reach(page);
     WaitUntil([&] { return ::IsWindowEnabled(::GetDlgItem(dialog, button)) != FALSE; },
               "a button that can be pressed");
     Note(std::string(NameOf(page)) + ": press " +
@@ -227,23 +251,27 @@ void WizardUser::Press(Page page, int button)
 
 void WizardUser::PressKey(Page page, WORD key)
 {
-    const HWND dialog = WaitFor(page);
+    const HWND dialog = Reach(page);
     Note(std::string(NameOf(page)) + ": press " + (key == VK_ESCAPE ? "Esc" : "Enter"));
-    driver.PressKey(dialog, key);
+    if (!HasFocus(dialog))
+        ClickInto(dialog);
+    WaitUntil([&] { return HasFocus(dialog) || Look() != page; }, "a control with the focus");
+    if (HasFocus(dialog))
+        driver.PressKey(dialog, key);
 }
 
 void WizardUser::PressCloseBox(Page page)
 {
-    WaitFor(page);
+    const HWND dialog = Reach(page);
     Note(std::string(NameOf(page)) + ": click the close box");
-    Post(WM_SYSCOMMAND, SC_CLOSE);
+    ::PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
 void WizardUser::PressCancelUnseen()
 {
-    const HWND cancel = ::GetDlgItem(WaitFor(Page::folders), IDCANCEL);
+    const HWND page = WaitFor(Page::folders);
     Note("folders: cancel");
-    Post(WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(cancel));
+    ::PostMessageW(page, WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(::GetDlgItem(page, IDCANCEL)));
 }
 
 bool WizardUser::IsLoaded() const
@@ -262,6 +290,16 @@ void WizardUser::WaitUntilLoaded()
 std::vector<HTREEITEM> WizardUser::Folders()
 {
     return PageTree(WaitFor(Page::folders), IDC_FOLDER_TREE).Items();
+}
+
+LRESULT WizardUser::CountFoldersShown() const
+{
+    return ::SendDlgItemMessageW(window, IDC_FOLDER_TREE, TVM_GETCOUNT, 0, 0);
+}
+
+LRESULT WizardUser::CountRows() const
+{
+    return ::SendDlgItemMessageW(window, IDC_REPORT, LVM_GETITEMCOUNT, 0, 0);
 }
 
 std::vector<int> WizardUser::Checks()
@@ -353,9 +391,22 @@ void WizardUser::SelectInPicker(std::size_t folder)
     tree.SelectItem(item);
 }
 
+std::size_t WizardUser::CountPickerFolders()
+{
+    return PageTree(WaitFor(Page::picker), IDC_DESTINATION_TREE).Items().size();
+}
+
+std::size_t WizardUser::SelectedPickerFolder()
+{
+    const PageTree tree(WaitFor(Page::picker), IDC_DESTINATION_TREE);
+    const std::vector<HTREEITEM> items = tree.Items();
+    return static_cast<std::size_t>(std::ranges::find(items, tree.GetSelectedItem()) - items.begin());
+}
+
 std::wstring WizardUser::FinishRun()
 {
-    std::wstring text = TextOf(::GetDlgItem(WaitFor(Page::notice), IDC_MESSAGE_TEXT));
+    WaitFor(Page::notice);
+    std::wstring text = MessageText();
     Press(Page::notice, IDOK);
     WaitFor(Page::progress);
     WaitUntil([this] { return ::IsWindowEnabled(::GetDlgItem(window, IDC_SAVE_LOG)) != FALSE; },
@@ -363,6 +414,20 @@ std::wstring WizardUser::FinishRun()
     // As above.
     ::SendMessageW(window, WM_NULL, 0, 0);
     return text;
+}
+
+void WizardUser::WaitForRun()
+{
+    Note("progress: wait for the run");
+    const auto isOver = [this]
+    { return Look() == Page::notice || ::IsWindowEnabled(::GetDlgItem(window, IDC_SAVE_LOG)) != FALSE; };
+    WaitUntil(isOver, "the end of the run");
+}
+
+std::wstring WizardUser::MessageText()
+{
+    const bool isNotice = WaitForOneOf({Page::notice, Page::logMessage, Page::logQuestion}) == Page::notice;
+    return TextOf(::GetDlgItem(window, isNotice ? IDC_MESSAGE_TEXT : messageText));
 }
 
 void WizardUser::TypeFileName(const std::wstring& path)

@@ -9,7 +9,6 @@
 #include <atomic>
 #include <cstddef>
 #include <functional>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -44,7 +43,7 @@ public:
     WizardUser(ModalDriver& driver, const std::atomic<bool>& over);
 
     // The page in front that takes input: waits until it is one of these and shown; its window is Window().
-    Page WaitForOneOf(std::initializer_list<Page> pages);
+    Page WaitForOneOf(const std::vector<Page>& pages);
     HWND WaitFor(Page page);
     HWND Window() const { return window; }
     // Which page is in front now; `closed` also while one page makes way for the next.
@@ -52,7 +51,8 @@ public:
     bool IsOver() const { return over; }
     void WaitUntil(const std::function<bool()>& condition, const std::string& what);
 
-    // Each waits for the page first, and returns before what it sets off is finished.
+    // Each waits for the page first, and returns before what it sets off is finished. A key is not pressed
+    // when another page comes in front of this one.
     void Press(Page page, int button);
     void PressEscape(Page page) { PressKey(page, VK_ESCAPE); }
     void PressReturn(Page page) { PressKey(page, VK_RETURN); }
@@ -63,6 +63,8 @@ public:
     void WaitUntilLoaded();
     bool IsLoaded() const;    // of the page in front
     std::vector<HTREEITEM> Folders();
+    LRESULT CountFoldersShown() const;    // of the page in front
+    LRESULT CountRows() const;            // of the report in front
     std::vector<int> Checks();
     void ClickCheckBox(std::size_t folder);
     void PressSpaceOn(std::size_t folder);
@@ -72,9 +74,15 @@ public:
     // Picks the folder, in the order of the folder page, from "Select" to OK.
     void PickDestination(std::size_t folder);
     void SelectInPicker(std::size_t folder);
+    std::size_t CountPickerFolders();
+    std::size_t SelectedPickerFolder();
 
     // The message that ends a run, dismissed; returns its text when the run is over.
     std::wstring FinishRun();
+    // Until it has something to tell or is over.
+    void WaitForRun();
+    // On the message in front, the product's or the system's.
+    std::wstring MessageText();
     // On the question whether to stop.
     void Answer(bool stop) { Press(Page::stopQuestion, stop ? IDYES : IDNO); }
     void TypeFileName(const std::wstring& path);
@@ -86,8 +94,8 @@ public:
     void CloseAll();
 
 private:
+    HWND Reach(Page page);
     void PressKey(Page page, WORD key);
-    void Post(UINT message, WPARAM wParam, LPARAM lParam = 0) const;
     HTREEITEM ItemOf(int tree, std::size_t folder);
     void WaitForOtherCheck(HTREEITEM item, int before);
 
