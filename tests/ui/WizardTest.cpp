@@ -219,4 +219,19 @@ TEST_F(Wizard, SavesTheReportAfterTheRun)
     EXPECT_THAT(told, testing::ElementsAre(L"Log Information saved at: " + path + L"."));
     EXPECT_EQ(report.rfind("Talmore Quorvex Outlook Duplicate Remover\r\n\r\nItem Number: 1\r\n", 0), 0u);
 }
+TEST_F(Wizard, ClosesAfterTheSaveDialogWhenThePageBelowItWasClosed)
+{
+    Use(
+        [&](WizardUser& user)
+        {
+            StartRun(user, AllFolders(flag));
+            user.FinishRun();
+            const HWND page = user.Window();
+            user.Press(Page::progress, IDC_SAVE_LOG);
+            user.WaitFor(Page::saveDialog);
+            ::PostMessageW(page, WM_COMMAND, IDCANCEL, 0);
+            user.Press(Page::saveDialog, IDCANCEL);
+            user.WaitForOneOf({Page::closed});
+        });
+}
 }    // namespace

@@ -21,48 +21,7 @@
 
 namespace
 {
-constexpr wchar_t title[] = L"Talmore Quorvex Outlook Duplicate Remover";
-constexpr int messageText = 0xFFFF;    // of the system's message boxes
-constexpr UINT answerTime = 1000;      // milliseconds that a page may take to answer
-
-bool Has(HWND window, int control)
-{
-    return ::GetDlgItem(window, control) != nullptr;
-}
-
-Page IdentifyProductPage(HWND window)
-{
-    if (Has(window, IDYES))
-        return Page::stopQuestion;
-    if (Has(window, IDC_FOLDER_TREE))
-        return Page::folders;
-    if (Has(window, IDC_DESTINATION_TREE))
-        return Page::picker;
-    if (Has(window, IDC_REPORT))
-        return Page::progress;
-    if (Has(window, IDC_TIME_SPAN) && Has(window, IDC_ACTION))
-        return Page::settings;
-    return Has(window, IDC_MESSAGE_TEXT) ? Page::notice : Page::unknown;
-}
-
-Page Identify(HWND window)
-{
-    const std::wstring caption = TextOf(window);
-    if (caption == title)
-        return IdentifyProductPage(window);
-    if (caption == L"About")
-        return Page::about;
-    if (caption == L"End User License Agreement")
-        return Page::licence;
-    // A window that is being made may have no caption yet, nor a text.
-    if (caption.empty() && TextOf(::GetDlgItem(window, messageText)).empty())
-        return Page::closed;
-    if (caption.empty())
-        return Has(window, IDCANCEL) && Has(window, IDOK) ? Page::logQuestion : Page::logMessage;
-    if (caption == L"Save As")
-        return Has(window, IDYES) ? Page::overwriteQuestion : Page::saveDialog;
-    return Page::unknown;
-}
+constexpr UINT answerTime = 1000;    // milliseconds that a page may take to answer
 
 // The tree of a page, which stays the page's own.
 class PageTree : public CTreeCtrl
@@ -137,19 +96,33 @@ void RunScript(WizardUser& user, const std::function<void(WizardUser&)>& script)
     user.CloseAll();
 }
 
-// Every window of this thread but what the system makes for any thread that shows one.
-std::vector<HWND> WindowsLeft()
+bool IsOfClass(HWND window, std::wstring_view name)
+{
+    wchar_t className[16] = L"";
+    ::GetClassNameW(window, className, ARRAYSIZE(className));
+    return className == name;
+}
+
+BOOL CALLBACK TakeShownEdit(HWND child, LPARAM found)
+{
+    if (!::IsWindowVisible(child) || !IsOfClass(child, L"Edit"))
+        return TRUE;
+    *reinterpret_cast<HWND*>(found) = child;
+    return FALSE;
+}
+
+// But what the system makes for any thread that shows a window.
+BOOL CALLBACK AddWindow(HWND window, LPARAM found)
+{
+    if (!IsOfClass(window, L"IME"))
+        reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
+    return TRUE;
+}
+
+std::vector<HWND> WindowsOfThisThread()
 {
     std::vector<HWND> windows;
-    const auto add = [](HWND window, LPARAM found) -> BOOL
-    {
-        wchar_t className[16] = L"";
-        ::GetClassNameW(window, className, ARRAYSIZE(className));
-        if (className != std::wstring_view(L"IME"))
-            reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
-        return TRUE;
-    };
-    ::EnumThreadWindows(::GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&windows));
+    ::EnumThreadWindows(::GetCurrentThreadId(), &AddWindow, reinterpret_cast<LPARAM>(&windows));
     return windows;
 }
 
@@ -171,18 +144,9 @@ void ShowWizard(WizardRun& run, const std::function<void(WizardUser&)>& script)
         over = true;
         driver.Join();
     }
-    EXPECT_EQ(WindowsLeft(), std::vector<HWND>{}) << "left over after\n" << run.moves;
+    EXPECT_EQ(WindowsOfThisThread(), std::vector<HWND>{}) << "left over after\n" << run.moves;
 }
 }    // namespace
-
-const char* NameOf(Page page)
-{
-    static constexpr const char* names[] = {
-        "folders",       "settings",    "picker",  "progress",    "notice",
-        "stop question", "about",       "licence", "save dialog", "overwrite question",
-        "log question",  "log message", "unknown", "closed"};
-    return names[static_cast<std::size_t>(page)];
-}
 
 WizardUser::WizardUser(ModalDriver& driver, const std::atomic<bool>& over) : driver(driver), over(over) {}
 
@@ -203,10 +167,13 @@ Page WizardUser::WaitForOneOf(const std::vector<Page>& pages)
     std::string wanted;
     for (const Page page : pages)
         wanted += std::string(wanted.empty() ? "" : " or ") + NameOf(page);
+    int strange = 0;
     const auto search = [&]
     {
         found = Look();
-        if (found == Page::unknown)
+        // A window that is just going may be taken for none that is known.
+        strange = found == Page::unknown ? strange + 1 : 0;
+        if (strange > 20)
             throw std::runtime_error("a window that nobody knows: " + Describe(window));
         return std::ranges::find(pages, found) != pages.end() && (found != Page::closed || over);
     };
@@ -233,7 +200,8 @@ void WizardUser::WaitUntil(const std::function<bool()>& condition, const std::st
 HWND WizardUser::Reach(Page page)
 {
     const HWND last = window;
-    if (page == Page::progress && last && Identify(last) == page && ::IsWindowVisible(last))
+    const bool mayBeCovered = page == Page::progress || page == Page::notice;
+    if (mayBeCovered && last && Identify(last) == page && ::IsWindowVisible(last))
         return last;
     return WaitFor(page);
 }
@@ -426,8 +394,10 @@ void WizardUser::WaitForRun()
 
 std::wstring WizardUser::MessageText()
 {
-    const bool isNotice = WaitForOneOf({Page::notice, Page::logMessage, Page::logQuestion}) == Page::notice;
-    return TextOf(::GetDlgItem(window, isNotice ? IDC_MESSAGE_TEXT : messageText));
+    if (Identify(window) != Page::notice)
+        WaitForOneOf({Page::notice, Page::logMessage, Page::logQuestion});
+    const bool isNotice = Identify(window) == Page::notice;
+    return TextOf(::GetDlgItem(window, isNotice ? IDC_MESSAGE_TEXT : messageBoxText));
 }
 
 void WizardUser::TypeFileName(const std::wstring& path)
@@ -435,16 +405,7 @@ void WizardUser::TypeFileName(const std::wstring& path)
     const HWND dialog = WaitFor(Page::saveDialog);
     Note("save dialog: type " + testing::PrintToString(path));
     HWND edit = nullptr;
-    const auto takeEdit = [](HWND child, LPARAM found) -> BOOL
-    {
-        wchar_t className[8] = L"";
-        ::GetClassNameW(child, className, ARRAYSIZE(className));
-        if (!::IsWindowVisible(child) || className != std::wstring_view(L"Edit"))
-            return TRUE;
-        *reinterpret_cast<HWND*>(found) = child;
-        return FALSE;
-    };
-    ::EnumChildWindows(dialog, takeEdit, reinterpret_cast<LPARAM>(&edit));
+    ::EnumChildWindows(dialog, &TakeShownEdit, reinterpret_cast<LPARAM>(&edit));
     ::SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/ui/ModalDriver.h"
+#include "tests/ui/WizardPage.h"
 
 #include <windows.h>
 
@@ -11,27 +12,6 @@
 #include <functional>
 #include <string>
 #include <vector>
-
-// Everything that the wizard may have on the screen; `closed` is nothing more, for good.
-enum class Page
-{
-    folders,
-    settings,
-    picker,
-    progress,
-    notice,    // the product's own message box
-    stopQuestion,
-    about,
-    licence,
-    saveDialog,
-    overwriteQuestion,    // the save dialog's
-    logQuestion,          // the page's, whether to replace a file
-    logMessage,
-    unknown,
-    closed
-};
-
-const char* NameOf(Page page);
 
 // The user of the whole wizard, on the thread of a ModalDriver: goes from page to page by buttons and keys,
 // and writes down what it did. Whatever does not come within the deadline throws, as ModalDriver does; so
