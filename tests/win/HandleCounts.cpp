@@ -82,6 +82,12 @@ HandleCounts HandleCounts::Now()
     return {Count(GR_GDIOBJECTS, &CountGdiObjects), Count(GR_USEROBJECTS, &CountUserObjects)};
 }
 
+HandleCounts HandleCounts::WithSlackFor(int rounds) const
+{
+    const DWORD slack = static_cast<DWORD>(rounds) / 20;
+    return {gdi + slack, user + slack};
+}
+
 std::ostream& operator<<(std::ostream& stream, const HandleCounts& counts)
 {
     return stream << counts.gdi << " GDI objects, " << counts.user << " USER objects";
