@@ -1,7 +1,7 @@
 #include "explorer/AddIn.h"
 
 #include "explorer/AddInInstance.h"
-#include "explorer/office/ComBoundary.h"
+#include "win/ComBoundary.h"
 #include "win/RegistryKey.h"
 #include "win/SafeArray.h"
 

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <comdef.h>
+
 #include <wrl/client.h>
 
 #include <atomic>

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <comdef.h>
+
 #include <oaidl.h>
 #include <wrl/client.h>
 
