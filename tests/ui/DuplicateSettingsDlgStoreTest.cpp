@@ -2,52 +2,31 @@
 #include "engine/FolderTree.h"
 #include "res/resource.h"
 #include "tests/engine/Watchers.h"
-#include "tests/localmapi/Sandbox.h"
-#include "tests/localmapi/TemporaryStore.h"
 #include "tests/ui/ModalDriver.h"
+#include "tests/ui/StoreFileFixture.h"
 #include "ui/DuplicateSettingsDlg.h"
 
 #include <windows.h>
 
 #include <commctrl.h>
-#include <objbase.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <filesystem>
-#include <memory>
 #include <string>
 
 namespace
 {
-// Of the folders that every store file starts with.
-constexpr std::int64_t inbox = 3;
-constexpr std::int64_t sentItems = 5;
-constexpr std::int64_t deletedItems = 6;
-
-class SettingsPageOverAStoreFile : public testing::Test
+class SettingsPageOverAStoreFile : public StoreFileFixture
 {
 protected:
     const std::wstring title = L"Talmore Quorvex Outlook Duplicate Remover";
-    TemporaryStore file;
-    StoreVariable variable{std::filesystem::path(file.Path()).c_str()};
     RecordingTreeView tree;
-    std::unique_ptr<ScanState> state = std::make_unique<ScanState>();
     LONG closeOwner = 0;
-
-    SettingsPageOverAStoreFile() { ::CoInitialize(nullptr); }
-    ~SettingsPageOverAStoreFile() override
-    {
-        state.reset();
-        ::CoUninitialize();
-    }
 
     void OpenStore()
     {
-        ASSERT_TRUE(state->storeSession.Create());
-        state->storeSession.LogOn();
+        LogOn();
         ASSERT_EQ(OpenDefaultStore(*state), 1);
         EnumerateFolder(*state, tree, state->folderRoot, TreeItem::none);
         state->folderTree = &tree;
@@ -59,10 +38,6 @@ protected:
     void Untick(const std::wstring& name)
     {
         tree.At(FolderNamed(name).checkItem).check = CheckState::unchecked;
-    }
-    std::int64_t CountMessages(std::int64_t folder) const
-    {
-        return file.ReadInteger("SELECT count(*) FROM message WHERE folder_id = " + std::to_string(folder));
     }
 
     // Chooses to move the duplicates, picks the folder of that name, and runs to the end.

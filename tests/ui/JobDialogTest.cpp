@@ -2,9 +2,8 @@
 
 #include "res/resource.h"
 #include "tests/engine/FakeStore.h"
-#include "tests/localmapi/Sandbox.h"
-#include "tests/localmapi/TemporaryStore.h"
 #include "tests/ui/ModalDriver.h"
+#include "tests/ui/StoreFileFixture.h"
 #include "tests/win/HandleCounts.h"
 #include "win/KernelHandle.h"
 
@@ -13,15 +12,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace
 {
 constexpr wchar_t productTitle[] = L"Talmore Quorvex Outlook Duplicate Remover";
-constexpr std::int64_t inbox = 3;    // of the folders that every store file starts with
 
 using Job = CJobDialog::Job;
 
@@ -280,27 +276,7 @@ TEST_F(FakeStoreJobs, LeaveNothingBehindAfterTwoHundredRounds)
     EXPECT_EQ(store.log.liveObjects, objectsBefore);
 }
 
-// The same jobs over a store file, through the automation server and the system's MAPI.
-class StoreFileJobs : public testing::Test
-{
-protected:
-    TemporaryStore file;
-    StoreVariable variable{std::filesystem::path(file.Path()).c_str()};
-    std::unique_ptr<ScanState> state = std::make_unique<ScanState>();
-
-    StoreFileJobs() { ::CoInitialize(nullptr); }
-    ~StoreFileJobs() override
-    {
-        state.reset();
-        ::CoUninitialize();
-    }
-
-    void LogOn()
-    {
-        ASSERT_TRUE(state->storeSession.Create());
-        state->storeSession.LogOn();
-    }
-};
+using StoreFileJobs = StoreFileFixture;
 
 TEST_F(StoreFileJobs, LoadEveryFolderOfTheStore)
 {
@@ -325,6 +301,6 @@ TEST_F(StoreFileJobs, MoveTheDuplicatesOfTheInboxToDeletedItems)
     const std::wstring told = RunToTheEnd(dialog, Job::scan);
 
     EXPECT_NE(told.find(L"Total duplicates items: 2\n"), std::wstring::npos) << "told something else";
-    EXPECT_EQ(file.ReadInteger("SELECT count(*) FROM message WHERE folder_id = " + std::to_string(inbox)), 2);
+    EXPECT_EQ(CountMessages(inbox), 2);
 }
 }    // namespace

@@ -2,22 +2,16 @@
 #include "engine/FolderTree.h"
 #include "res/resource.h"
 #include "tests/engine/Watchers.h"
-#include "tests/localmapi/Sandbox.h"
-#include "tests/localmapi/TemporaryStore.h"
 #include "tests/ui/ModalDriver.h"
+#include "tests/ui/StoreFileFixture.h"
 #include "ui/ProcessProgressDlg.h"
 #include "win/ListCtrl.h"
 
 #include <windows.h>
 
-#include <objbase.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,36 +19,18 @@ using testing::ElementsAre;
 
 namespace
 {
-constexpr std::int64_t inbox = 3;
-constexpr std::int64_t sentItems = 5;
-
-class ProgressPageOverAStoreFile : public testing::Test
+class ProgressPageOverAStoreFile : public StoreFileFixture
 {
 protected:
     const std::wstring title = L"Talmore Quorvex Outlook Duplicate Remover";
-    TemporaryStore file;
-    StoreVariable variable{std::filesystem::path(file.Path()).c_str()};
     RecordingTreeView tree;
-    std::unique_ptr<ScanState> state = std::make_unique<ScanState>();
-
-    ProgressPageOverAStoreFile() { ::CoInitialize(nullptr); }
-    ~ProgressPageOverAStoreFile() override
-    {
-        state.reset();
-        ::CoUninitialize();
-    }
 
     void OpenStore()
     {
-        ASSERT_TRUE(state->storeSession.Create());
-        state->storeSession.LogOn();
+        LogOn();
         ASSERT_EQ(OpenDefaultStore(*state), 1);
         EnumerateFolder(*state, tree, state->folderRoot, TreeItem::none);
         state->folderTree = &tree;
-    }
-    std::int64_t CountMessages(std::int64_t folder) const
-    {
-        return file.ReadInteger("SELECT count(*) FROM message WHERE folder_id = " + std::to_string(folder));
     }
 };
 
