@@ -18,8 +18,14 @@
 
 #include <windows.h>
 
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iostream>
+#include <iterator>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -28,34 +34,16 @@ namespace
 {
 const wchar_t productTitle[] = L"Talmore Quorvex Outlook Duplicate Remover";
 
-const char agreement[] =
-    "END USER LICENSE AGREEMENT\r\n"
-    "Talmore Quorvex Outlook Duplicate Remover\r\n"
-    "\r\n"
-    "1. GRANT OF LICENSE\r\n"
-    "\r\n"
-    "   You may install and use the software on any number of computers that you own or\r\n"
-    "   control, and keep copies of it for backup.\r\n"
-    "\r\n"
-    "2. YOUR MAIL\r\n"
-    "\r\n"
-    "   The software changes mail items only in the folders that you choose, and treats\r\n"
-    "   the duplicates among them with the action that you select. Items that were\r\n"
-    "   deleted permanently cannot be brought back.\r\n"
-    "\r\n"
-    "3. NO WARRANTY\r\n"
-    "\r\n"
-    "   The software is provided as it is, without warranty of any kind, express or\r\n"
-    "   implied, including the warranties of merchantability and fitness for a\r\n"
-    "   particular purpose.\r\n"
-    "\r\n"
-    "4. TERMINATION\r\n"
-    "\r\n"
-    "   This license ends when you remove all copies of the software.\r\n"
-    "\r\n"
-    "5. GENERAL\r\n"
-    "\r\n"
-    "   If a provision of this agreement does not hold, the others stay in force.\r\n";
+// The licence as it is delivered: in the folder, by its path on the build machine, that TQODR_DIST names.
+std::string DeliveredLicence()
+{
+    wchar_t dist[1024] = L"";
+    ::GetEnvironmentVariableW(L"TQODR_DIST", dist, ARRAYSIZE(dist));
+    std::ifstream file(std::filesystem::path(L"Z:" + std::wstring(dist)) / L"eula.dat", std::ios::binary);
+    if (!file)
+        throw std::runtime_error("TQODR_DIST names no folder with an eula.dat");
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 // Runs the dialog, in which `fill` does what there is to be seen, until its picture has been taken; then it
 // is closed by that button.
@@ -176,24 +164,19 @@ SystemFacts TypicalFacts()
     SystemFacts facts;
     facts.query = VersionQuery::extended;
     facts.platform = VER_PLATFORM_WIN32_NT;
-    facts.major = 5;
-    facts.minor = 2;
-    facts.build = 3790;
-    facts.servicePack = L"Service Pack 2";
+    facts.major = 10;
+    facts.build = 19045;
     facts.productType = VER_NT_WORKSTATION;
     facts.nativeArchitecture = PROCESSOR_ARCHITECTURE_AMD64;
     return facts;
 }
-}    // namespace
 
-int main()
+void ShootAll()
 {
-    // Else the system would draw for 96 DPI and stretch the picture.
-    ::SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     const StringTable strings(ThisModule());
     const TemporaryFolder folder;
     const InstallEntry entry;
-    folder.Write(L"eula.dat", agreement);
+    folder.Write(L"eula.dat", DeliveredLicence());
     entry.Set(folder.Path());
 
     ShootMessage("message-completed",
@@ -206,4 +189,21 @@ int main()
     ShootSettings();
     ShootPicker();
     ShootProgress();
+}
+}    // namespace
+
+int main()
+{
+    // Else the system would draw for 96 DPI and stretch the picture.
+    ::SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    try
+    {
+        ShootAll();
+        return 0;
+    }
+    catch (const std::exception& failure)
+    {
+        std::fprintf(stderr, "dialogshots: %s\n", failure.what());
+        return 1;
+    }
 }
