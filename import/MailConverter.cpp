@@ -1,8 +1,8 @@
 #include "import/MailConverter.h"
 
-#include "import/GlibOwners.h"
 #include "import/MailHeaders.h"
 #include "import/MimeContent.h"
+#include "import/PlainMail.h"
 #include "import/Text.h"
 
 #include <gmime/gmime.h>
@@ -160,16 +160,6 @@ void ApplyFlags(const MailFlags& flags, const MailHeaders& headers, MailRecord& 
     AddNumber(record, tag::lastVerbExecuted, flags.replied ? verbReply : flags.passed ? verbForward : 0);
 }
 
-GlibObject<GMimeMessage> ParseMessage(std::string_view bytes)
-{
-    std::string readable(bytes);
-    LimitGroups(readable);
-    // The stream keeps a copy of the bytes; the message's parts hold references to the stream.
-    const GlibObject<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(readable.data(), readable.size()));
-    const GlibObject<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
-    return GlibObject<GMimeMessage>(g_mime_parser_construct_message(parser.get(), nullptr));
-}
-
 void ApplyContent(MimeContent content, MailRecord& record)
 {
     record.body = std::move(content.body);
@@ -183,21 +173,23 @@ void ApplyContent(MimeContent content, MailRecord& record)
     AddNumber(record, tag::internetCodepage, codepageUtf8);
 }
 
-MimeContent ReadContent(std::string_view bytes, const HeaderBlock& block)
+MimeContent ReadContent(std::string_view bytes, const HeaderBlock& block, const MailHeaders& headers)
 {
-    std::string_view body = bytes.substr(block.end);
+    size_t bodyBegin = block.end;
     for (const std::string_view emptyLine : {"\r\n", "\n"})
-        if (block.end > block.begin && body.starts_with(emptyLine))
+        if (block.end > block.begin && bytes.substr(block.end).starts_with(emptyLine))
         {
-            body.remove_prefix(emptyLine.size());
+            bodyBegin += emptyLine.size();
             break;
         }
-    const GlibObject<GMimeMessage> message =
-        block.end > block.begin ? ParseMessage(bytes.substr(block.begin)) : nullptr;
-    if (message)
-        return ReadMimeContent(message.get(), body);
+    const std::string_view body = bytes.substr(bodyBegin);
     MimeContent content;
-    content.body = WithCrLf(GuessUtf8(body));
+    if (block.end == block.begin)
+        content.body = WithCrLf(GuessUtf8(body));
+    else if (auto plain = ReadPlainMail(bytes.substr(block.begin, bodyBegin - block.begin), headers, body))
+        content = std::move(*plain);
+    else
+        content = ReadMimeContent(bytes.substr(block.begin), body);
     return content;
 }
 }    // namespace
@@ -222,7 +214,7 @@ MailRecord ConvertMail(const RawMail& mail)
     record.size = static_cast<int64_t>(bytes.size());
     record.headers = WithCrLf(headerText);
     ReadHeaders(mail, headers, record);
-    ApplyContent(ReadContent(bytes, block), record);
+    ApplyContent(ReadContent(bytes, block, headers), record);
     ApplyFlags(mail.hasStatusHeaders ? WithStatusHeaders(mail.flags, headers) : mail.flags, headers, record);
     return record;
 }

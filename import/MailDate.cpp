@@ -3,12 +3,12 @@
 #include "import/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cstdlib>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace
 {
@@ -45,24 +45,14 @@ std::string WithoutComments(std::string_view text)
     return plain;
 }
 
-std::vector<std::string> Words(std::string_view text)
+// The word that `text` begins with, taken off it; empty behind the last.
+std::string_view TakeWord(std::string_view& text)
 {
-    std::vector<std::string> words;
-    std::string word;
-    for (const char character : text)
-    {
-        if (character == ' ' || character == '\t' || character == '\r' || character == '\n' ||
-            character == ',')
-        {
-            if (!word.empty())
-                words.push_back(std::exchange(word, {}));
-        }
-        else
-            word += character;
-    }
-    if (!word.empty())
-        words.push_back(word);
-    return words;
+    constexpr std::string_view separators = " \t\r\n,";
+    text.remove_prefix(std::min(text.find_first_not_of(separators), text.size()));
+    const std::string_view word = text.substr(0, text.find_first_of(separators));
+    text.remove_prefix(word.size());
+    return word;
 }
 
 std::optional<int> Number(std::string_view digits)
@@ -93,22 +83,23 @@ int FullYear(int year, size_t digits)
 
 bool ReadTime(std::string_view word, DateParts& parts)
 {
-    std::vector<int> fields;
+    std::array<int, 3> fields = {};
+    size_t count = 0;
     std::string_view rest = word.substr(0, word.find_first_of(".Zz"));
     while (!rest.empty())
     {
         const size_t colon = std::min(rest.find(':'), rest.size());
         const std::optional<int> field = Number(rest.substr(0, colon));
-        if (!field)
+        if (!field || count == fields.size())
             return false;
-        fields.push_back(*field);
+        fields[count++] = *field;
         rest.remove_prefix(std::min(colon + 1, rest.size()));
     }
-    if (fields.size() < 2 || fields.size() > 3)
+    if (count < 2)
         return false;
     parts.hour = fields[0];
     parts.minute = fields[1];
-    parts.second = fields.size() == 3 ? fields[2] : 0;
+    parts.second = fields[2];
     parts.hasTime = true;
     return true;
 }
@@ -234,8 +225,14 @@ FileTime FileTimeFromUnix(int64_t seconds)
 
 std::optional<FileTime> ParseMailDate(std::string_view text)
 {
+    std::string plain;
+    if (text.find('(') != std::string_view::npos)
+    {
+        plain = WithoutComments(text);
+        text = plain;
+    }
     DateParts parts;
-    for (const std::string& word : Words(WithoutComments(text)))
+    for (std::string_view word = TakeWord(text); !word.empty(); word = TakeWord(text))
         ReadWord(word, parts);
     return Instant(parts);
 }

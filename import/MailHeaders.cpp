@@ -28,63 +28,12 @@ std::string_view WithoutLineEnd(std::string_view line)
     return line;
 }
 
-constexpr std::ptrdiff_t mostGroups = 1000;
-
-void LimitColons(std::string::iterator begin, std::string::iterator end)
-{
-    std::ptrdiff_t colons = 0;
-    for (auto character = begin; character != end; ++character)
-        if (*character == ':' && ++colons > mostGroups)
-            *character = ' ';
-}
-
 bool IsAddressFieldLine(std::string_view line)
 {
     constexpr std::string_view names[] = {"from", "sender", "reply-to", "to", "cc", "bcc"};
     const std::string_view name = line.substr(0, std::min(line.find(':'), line.size()));
     return IsHeaderFieldLine(line) && name.size() < 20 &&
            std::ranges::find(names, AsciiLower(Trimmed(name))) != std::end(names);
-}
-
-MailAddress FromMailbox(InternetAddress* mailbox)
-{
-    const char* const name = internet_address_get_name(mailbox);
-    const char* const address = internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(mailbox));
-    MailAddress found{RepairUtf8(Trimmed(name ? name : "")), RepairUtf8(Trimmed(address ? address : ""))};
-    if (found.name.empty())
-        found.name = found.address;
-    return found;
-}
-
-// A group may be written into a group, against the rules, as deep as the parser lets it.
-void Flatten(InternetAddressList* list, std::vector<MailAddress>& addresses)
-{
-    const int count = internet_address_list_length(list);
-    for (int index = 0; index < count; ++index)
-    {
-        InternetAddress* const address = internet_address_list_get_address(list, index);
-        if (INTERNET_ADDRESS_IS_GROUP(address))
-            Flatten(internet_address_group_get_members(INTERNET_ADDRESS_GROUP(address)), addresses);
-        else if (INTERNET_ADDRESS_IS_MAILBOX(address))
-            addresses.push_back(FromMailbox(address));
-    }
-    std::erase_if(addresses, [](const MailAddress& address) { return address.name.empty(); });
-}
-
-void AppendAddresses(std::string value, std::vector<MailAddress>& addresses)
-{
-    LimitColons(value.begin(), value.end());
-    const GlibObject<InternetAddressList> list(internet_address_list_parse(nullptr, value.c_str()));
-    const size_t before = addresses.size();
-    if (list)
-        Flatten(list.get(), addresses);
-    const bool holdsGroup = list && internet_address_list_length(list.get()) > 0 &&
-                            INTERNET_ADDRESS_IS_GROUP(internet_address_list_get_address(list.get(), 0));
-    if (addresses.size() > before || holdsGroup)
-        return;
-    const std::string text = DecodeWords(Trimmed(value));
-    if (!text.empty())
-        addresses.push_back({text, text.find('@') != std::string::npos ? text : std::string()});
 }
 }    // namespace
 
@@ -190,13 +139,13 @@ std::vector<MailAddress> MailHeaders::Addresses(std::string_view name) const
     std::vector<MailAddress> addresses;
     for (const HeaderField& field : fields)
         if (field.name == name)
-            AppendAddresses(field.value, addresses);
+            ReadAddresses(field.value, addresses);
     return addresses;
 }
 
 void LimitGroups(std::string& mail)
 {
-    if (std::ranges::count(mail, ':') <= mostGroups)
+    if (std::ranges::count(mail, ':') <= mostColons)
         return;
     for (size_t begin = 0; begin < mail.size();)
     {
@@ -206,8 +155,7 @@ void LimitGroups(std::string& mail)
         while (end < mail.size() && IsContinuation(std::string_view(mail).substr(end)))
             end += FirstLine(std::string_view(mail).substr(end)).size();
         if (holdsAddresses)
-            LimitColons(mail.begin() + static_cast<std::ptrdiff_t>(begin),
-                        mail.begin() + static_cast<std::ptrdiff_t>(end));
+            LimitColons(std::span(mail).subspan(begin, end - begin));
         begin = end;
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "import/MailRecord.h"
+#include "import/MailAddresses.h"
 
 #include <string>
 #include <string_view>
@@ -10,12 +10,6 @@ struct HeaderField
 {
     std::string name;     // lower case
     std::string value;    // UTF-8, unfolded, not yet decoded
-};
-
-struct MailAddress
-{
-    std::string name;    // the address when the mail gives no name
-    std::string address;
 };
 
 // The header fields of one message, in the order of the mail. Lines that are no fields are passed over.

@@ -1,12 +1,15 @@
 #include "import/MimeContent.h"
 
 #include "import/AttachmentReader.h"
+#include "import/GlibOwners.h"
 #include "import/HtmlText.h"
+#include "import/MailHeaders.h"
 #include "import/MessageClass.h"
 #include "import/Text.h"
 
+#include <gmime/gmime.h>
+
 #include <algorithm>
-#include <string_view>
 
 namespace
 {
@@ -146,17 +149,28 @@ private:
 
     GMimeObject* top;
 };
+
+GlibObject<GMimeMessage> ParseMessage(std::string_view bytes)
+{
+    std::string readable(bytes);
+    LimitGroups(readable);
+    // The stream keeps a copy of the bytes; the message's parts hold references to the stream.
+    const GlibObject<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(readable.data(), readable.size()));
+    const GlibObject<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
+    return GlibObject<GMimeMessage>(g_mime_parser_construct_message(parser.get(), nullptr));
+}
 }    // namespace
 
-MimeContent ReadMimeContent(GMimeMessage* message, std::string_view bodyBytes)
+MimeContent ReadMimeContent(std::string_view mail, std::string_view body)
 {
     MimeContent content;
-    GMimeObject* const top = g_mime_message_get_mime_part(message);
+    const GlibObject<GMimeMessage> message = ParseMessage(mail);
+    GMimeObject* const top = message ? g_mime_message_get_mime_part(message.get()) : nullptr;
     const bool readable =
         top && !(GMIME_IS_MULTIPART(top) && g_mime_multipart_get_count(GMIME_MULTIPART(top)) == 0);
     if (!readable)
     {
-        content.body = WithCrLf(GuessUtf8(bodyBytes));
+        content.body = WithCrLf(GuessUtf8(body));
         return content;
     }
     MimeReader reader(top);

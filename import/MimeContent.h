@@ -2,9 +2,8 @@
 
 #include "import/MailRecord.h"
 
-#include <gmime/gmime.h>
-
 #include <string>
+#include <string_view>
 #include <vector>
 
 // What a mail's MIME parts come to in a message of the store. Text is clean UTF-8 with CR LF line ends.
@@ -16,6 +15,6 @@ struct MimeContent
     std::vector<AttachmentRecord> attachments;
 };
 
-// `message` is only borrowed. `bodyBytes` is the mail behind its header block, as it came; it becomes the
-// body when the parts that the header promises cannot be found in it.
-MimeContent ReadMimeContent(GMimeMessage* message, std::string_view bodyBytes);
+// `mail` begins with its first header field. `body` is the mail behind its header block, as it came; it
+// becomes the body when the parts that the header promises cannot be found in it.
+MimeContent ReadMimeContent(std::string_view mail, std::string_view body);

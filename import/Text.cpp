@@ -179,19 +179,18 @@ std::string WithCrLf(std::string_view text)
 {
     std::string lines;
     lines.reserve(text.size() + text.size() / 32);
-    for (size_t index = 0; index < text.size(); ++index)
+    size_t nextCr = text.find('\r');
+    for (size_t at = 0;;)
     {
-        const char character = text[index];
-        if (character != '\r' && character != '\n')
-        {
-            lines += character;
-            continue;
-        }
+        const size_t end = std::min(nextCr, text.find('\n', at));
+        lines += text.substr(at, end - at);
+        if (end == std::string_view::npos)
+            return lines;
         lines += "\r\n";
-        if (character == '\r' && index + 1 < text.size() && text[index + 1] == '\n')
-            ++index;
+        at = end + (text.substr(end).starts_with("\r\n") ? 2 : 1);
+        if (end == nextCr)
+            nextCr = text.find('\r', at);
     }
-    return lines;
 }
 
 std::string AsciiLower(std::string_view text)
