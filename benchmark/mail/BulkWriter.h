@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/mail/BulkMailbox.h"
+#include "benchmark/mail/BulkMailbox.h"
 
 #include <cstddef>
 #include <filesystem>

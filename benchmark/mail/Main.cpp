@@ -1,5 +1,5 @@
-#include "bench/mail/BulkMailbox.h"
-#include "bench/mail/BulkWriter.h"
+#include "benchmark/mail/BulkMailbox.h"
+#include "benchmark/mail/BulkWriter.h"
 
 #include <cstdio>
 #include <cstdlib>

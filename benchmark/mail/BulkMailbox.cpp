@@ -1,4 +1,4 @@
-#include "bench/mail/BulkMailbox.h"
+#include "benchmark/mail/BulkMailbox.h"
 
 #include "import/sample/SampleText.h"
 

@@ -1,4 +1,4 @@
-#include "bench/mail/BulkWriter.h"
+#include "benchmark/mail/BulkWriter.h"
 
 #include "import/ImportError.h"
 #include "import/MailConverter.h"
