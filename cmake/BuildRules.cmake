@@ -63,9 +63,26 @@ function(tqodr_delivered target)
     target_link_libraries(${target} PRIVATE tqodr_options)
 endfunction()
 
+# tqodr_library_entry(TARGET): has a library give back, when it is unloaded, what its runtime took of the process.
+function(tqodr_library_entry target)
+    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/LibraryEntry.cpp)
+    if(TQODR_ARCH STREQUAL x64)
+        target_link_options(${target} PRIVATE
+            -Wl,--entry=LibraryEntry
+            -Wl,--defsym=__imp_TlsAlloc=libraryTlsAlloc
+            -Wl,--defsym=__imp_TlsFree=libraryTlsFree)
+    else()
+        target_link_options(${target} PRIVATE
+            -Wl,--entry=_LibraryEntry@12
+            "-Wl,--defsym=\"__imp__TlsAlloc@0\"=_libraryTlsAlloc"
+            "-Wl,--defsym=\"__imp__TlsFree@4\"=_libraryTlsFree")
+    endif()
+endfunction()
+
 # tqodr_dll(NAME SOURCES...): an in-process server; the sources hold its .def file and its .rc file.
 function(tqodr_dll name)
     add_library(${name} MODULE ${ARGN})
+    tqodr_library_entry(${name})
     tqodr_delivered(${name})
 endfunction()
 
