@@ -71,6 +71,7 @@ const MessageMap& CMainWindow::GetMessageMap() const
         OnMessage<&CMainWindow::OnButtonDown>(WM_LBUTTONDOWN),
         OnMessage<&CMainWindow::OnMouseMove>(WM_MOUSEMOVE),
         OnMessage<&CMainWindow::OnButtonUp>(WM_LBUTTONUP),
+        OnMessage<&CMainWindow::OnCaptureChanged>(WM_CAPTURECHANGED),
         OnMessage<&CMainWindow::OnUpdateBars>(updateBars),
         OnCtlColor<&CMainWindow::OnColour>(),
         ::OnClose<&CMainWindow::OnClose>(),
@@ -78,6 +79,7 @@ const MessageMap& CMainWindow::GetMessageMap() const
         OnNotify<&CMainWindow::OnMessageChanged>(IDC_MESSAGES, static_cast<UINT>(LVN_ITEMCHANGED)),
         OnNotify<&CMainWindow::OnGetMessage>(IDC_MESSAGES, static_cast<UINT>(LVN_GETDISPINFOW)),
         OnNotify<&CMainWindow::OnDrawMessage>(IDC_MESSAGES, static_cast<UINT>(NM_CUSTOMDRAW)),
+        OnNotify<&CMainWindow::OnHeadingClick>(IDC_MESSAGES, static_cast<UINT>(LVN_COLUMNCLICK)),
         OnNotify<&CMainWindow::OnToolTip>(IDC_TOOL_BAR, static_cast<UINT>(TBN_GETINFOTIPW)),
         OnNotify<&CMainWindow::OnDropDown>(IDC_TOOL_BAR, static_cast<UINT>(TBN_DROPDOWN)),
     };
@@ -216,8 +218,13 @@ void CMainWindow::PressControl(CommandControl& control)
 {
     const bool ours = control.GetState().builtIn;
     control.AsButton()->Press();    // may run dialogs and take a while; the control may be gone afterwards
+    if (ours || !IsOpen())
+        return;
+    // Dialogs without an owner may leave this thread without an active window when they end.
+    if (!::GetActiveWindow())
+        ::SetActiveWindow(GetSafeHwnd());
     // What the add-in did to the store should be seen.
-    if (!ours && IsOpen() && store)
+    if (store)
         Refresh();
 }
 

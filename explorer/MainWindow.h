@@ -55,6 +55,7 @@ private:
     LRESULT OnButtonDown(WPARAM keys, LPARAM place);
     LRESULT OnMouseMove(WPARAM keys, LPARAM place);
     LRESULT OnButtonUp(WPARAM keys, LPARAM place);
+    LRESULT OnCaptureChanged(WPARAM, LPARAM window);
     LRESULT OnUpdateBars(WPARAM, LPARAM);
     HBRUSH OnColour(HDC context, HWND control);
     void OnClose();
@@ -62,6 +63,7 @@ private:
     LRESULT OnMessageChanged(NMHDR& notice);
     LRESULT OnGetMessage(NMHDR& notice);
     LRESULT OnDrawMessage(NMHDR& notice);
+    LRESULT OnHeadingClick(NMHDR& notice);
     LRESULT OnToolTip(NMHDR& notice);
     LRESULT OnDropDown(NMHDR& notice);
 

@@ -108,6 +108,12 @@ LRESULT CMainWindow::OnButtonUp(WPARAM, LPARAM)
 {
     if (dragged != SplitLayout::Gap::none)
         ::ReleaseCapture();
+    return 0;
+}
+
+LRESULT CMainWindow::OnCaptureChanged(WPARAM, LPARAM)
+{
+    // Released, or taken by another window in the middle of a drag.
     dragged = SplitLayout::Gap::none;
     return 0;
 }

@@ -133,3 +133,9 @@ LRESULT CMainWindow::OnDrawMessage(NMHDR& notification)
 {
     return messages.Draw(reinterpret_cast<NMLVCUSTOMDRAW&>(notification));
 }
+
+LRESULT CMainWindow::OnHeadingClick(NMHDR& notification)
+{
+    messages.SortBy(reinterpret_cast<const NMLISTVIEW&>(notification).iSubItem);
+    return 0;
+}

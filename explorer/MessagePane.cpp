@@ -9,6 +9,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace
@@ -25,6 +26,30 @@ constexpr Heading headings[] = {{L"From", 150, LVCFMT_LEFT},
                                 {L"Received", 145, LVCFMT_LEFT},
                                 {L"Size", 70, LVCFMT_RIGHT},
                                 {L"Marks", 110, LVCFMT_LEFT}};
+
+// What a click on a heading sorts by; none for one that stands for nothing in the store.
+std::optional<MessageOrder::Key> KeyOf(int column)
+{
+    switch (column)
+    {
+    case MessagePane::sender:
+        return MessageOrder::Key::sender;
+    case MessagePane::subject:
+        return MessageOrder::Key::subject;
+    case MessagePane::received:
+        return MessageOrder::Key::received;
+    case MessagePane::size:
+        return MessageOrder::Key::size;
+    default:
+        return std::nullopt;
+    }
+}
+
+// Names begin with A; of times and sizes the newest and the largest come first.
+bool BeginsDescending(MessageOrder::Key key)
+{
+    return key == MessageOrder::Key::received || key == MessageOrder::Key::size;
+}
 
 std::wstring FormatSize(LONG bytes)
 {
@@ -73,7 +98,7 @@ void MessagePane::Create(HWND parent)
 void MessagePane::Show(MessageTable messages)
 {
     SetItemState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
-    table = std::move(messages);
+    Put(std::move(messages));
     SendMessage(LVM_SETITEMCOUNT, table.GetCount(), 0);
     if (table.GetCount() > 0)
         EnsureVisible(0);
@@ -82,13 +107,64 @@ void MessagePane::Show(MessageTable messages)
 
 void MessagePane::ShowAgain(MessageTable messages)
 {
-    const int row = static_cast<int>(SendMessage(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+    const int row = GetSelection();
     const EntryId kept = row >= 0 ? RowAt(row).id : EntryId();
-    table = std::move(messages);
+    Put(std::move(messages));
     SendMessage(LVM_SETITEMCOUNT, table.GetCount(), LVSICF_NOSCROLL);
-    if (row >= 0 && RowAt(row).id != kept)
-        SetItemState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    if (row >= 0)
+        SelectAgain(kept);
     ::InvalidateRect(GetSafeHwnd(), nullptr, TRUE);
+}
+
+void MessagePane::Put(MessageTable messages)
+{
+    table = std::move(messages);
+    Sort();
+}
+
+void MessagePane::SortBy(int column)
+{
+    const auto key = KeyOf(column);
+    if (!key)
+        return;
+    order = {*key, *key == order.key ? !order.descending : BeginsDescending(*key)};
+    const int row = GetSelection();
+    const EntryId kept = row >= 0 ? RowAt(row).id : EntryId();
+    Sort();
+    if (row >= 0)
+        SelectAgain(kept);
+    ::InvalidateRect(GetSafeHwnd(), nullptr, TRUE);
+}
+
+void MessagePane::Sort()
+{
+    const bool sorted = table.Sort(order);
+    const auto heading = reinterpret_cast<HWND>(SendMessage(LVM_GETHEADER));
+    for (int column = 0; column < static_cast<int>(std::size(headings)); ++column)
+    {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        ::SendMessageW(heading, HDM_GETITEMW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (sorted && KeyOf(column) == order.key)
+            item.fmt |= order.descending ? HDF_SORTDOWN : HDF_SORTUP;
+        ::SendMessageW(heading, HDM_SETITEMW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void MessagePane::SelectAgain(const EntryId& message)
+{
+    const int row = GetSelection();
+    if (row >= 0 && RowAt(row).id == message)
+        return;
+    SetItemState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    if (const auto found = table.FindRow(message))
+        Select(static_cast<int>(*found));
+}
+
+int MessagePane::GetSelection() const
+{
+    return static_cast<int>(SendMessage(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
 const MessageRow& MessagePane::RowAt(int row)
@@ -107,7 +183,7 @@ const MessageRow& MessagePane::RowAt(int row)
 
 std::optional<MessageRow> MessagePane::GetSelected()
 {
-    const int row = static_cast<int>(SendMessage(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+    const int row = GetSelection();
     return row < 0 ? std::nullopt : std::optional(RowAt(row));
 }
 
@@ -121,7 +197,7 @@ void MessagePane::Select(int row) const
 void MessagePane::MoveSelection(int rows) const
 {
     const int count = GetItemCount();
-    const int row = static_cast<int>(SendMessage(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+    const int row = GetSelection();
     if (count > 0)
         Select(row < 0 ? 0 : std::clamp(row + rows, 0, count - 1));
 }

@@ -13,7 +13,7 @@
 #include <string>
 
 // A folder's messages, one a row, read when they come into sight. Unread ones are bold, flagged and expired
-// ones are marked in the picture and the last column.
+// ones are marked in the picture and the last column. An arrow in a heading shows what they are sorted by.
 class MessagePane : public CListCtrl
 {
 public:
@@ -28,9 +28,12 @@ public:
 
     void Create(HWND parent);
     void Show(MessageTable messages);
-    // As Show, for the same folder read again: the selected message stays selected where it still is in its
-    // row, and the list where it was scrolled to.
+    // As Show, for the same folder read again: the selected message stays selected while it is there, and the
+    // list where it was scrolled to.
     void ShowAgain(MessageTable messages);
+    // What a click on a heading asks for: the messages of this folder and of those to come by that column, by
+    // the same column once more the other way round. The selected message stays selected.
+    void SortBy(int column);
 
     std::optional<MessageRow> GetSelected();
     void Select(int row) const;
@@ -41,10 +44,15 @@ public:
     LRESULT Draw(NMLVCUSTOMDRAW& drawing);
 
 private:
+    void Put(MessageTable messages);
+    void Sort();
+    int GetSelection() const;    // -1: none
+    void SelectAgain(const EntryId& message);
     const MessageRow& RowAt(int row);
     std::wstring TextOf(const MessageRow& row, int column) const;
 
     MessageTable table;
+    MessageOrder order;
     CImageList images;    // outlives the window, which borrows it
     FontHandle plain;
     FontHandle bold;

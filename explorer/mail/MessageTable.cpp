@@ -63,11 +63,19 @@ MessageRow RowOf(const MapiValues& values)
     return row;
 }
 
-void SortNewestFirst(IMAPITable& table)
+ULONG TagOf(MessageOrder::Key key)
 {
-    SizedSSortOrderSet(1, order) = {1, 0, 0, {{PR_MESSAGE_DELIVERY_TIME, TABLE_SORT_DESCEND}}};
-    // A store that cannot sort shows its own order.
-    (void)table.SortTable(reinterpret_cast<SSortOrderSet*>(&order), 0);
+    switch (key)
+    {
+    case MessageOrder::Key::sender:
+        return PR_SENDER_NAME_W;
+    case MessageOrder::Key::subject:
+        return PR_SUBJECT_W;
+    case MessageOrder::Key::size:
+        return PR_MESSAGE_SIZE;
+    default:
+        return PR_MESSAGE_DELIVERY_TIME;
+    }
 }
 }    // namespace
 
@@ -76,10 +84,41 @@ MessageTable::MessageTable(Microsoft::WRL::ComPtr<IMAPITable> contents) : table(
     auto asked = columns;
     CheckMapi(table->SetColumns(reinterpret_cast<SPropTagArray*>(&asked), 0),
               L"read the messages of a folder");
-    SortNewestFirst(*table.Get());
     ULONG rows = 0;
     CheckMapi(table->GetRowCount(0, &rows), L"count the messages of a folder");
     count = rows;
+}
+
+bool MessageTable::Sort(const MessageOrder& order)
+{
+    const ULONG direction = order.descending ? TABLE_SORT_DESCEND : TABLE_SORT_ASCEND;
+    SizedSSortOrderSet(2, keys) = {
+        2, 0, 0, {{TagOf(order.key), direction}, {PR_MESSAGE_DELIVERY_TIME, TABLE_SORT_DESCEND}}};
+    if (order.key == MessageOrder::Key::received)
+        keys.cSorts = 1;
+    if (!table || FAILED(table->SortTable(reinterpret_cast<SSortOrderSet*>(&keys), 0)))
+        return false;
+    batches.clear();
+    return true;
+}
+
+std::optional<std::size_t> MessageTable::FindRow(const EntryId& message)
+{
+    if (!table || message.empty())
+        return std::nullopt;
+    SPropValue id{};
+    id.ulPropTag = PR_ENTRYID;
+    id.Value.bin = {static_cast<ULONG>(message.size()), reinterpret_cast<BYTE*>(AsEntryId(message))};
+    SRestriction sought{};
+    sought.rt = RES_PROPERTY;
+    sought.res.resProperty = {RELOP_EQ, PR_ENTRYID, &id};
+    ULONG row = 0;
+    ULONG numerator = 0;
+    ULONG denominator = 0;
+    if (FAILED(table->FindRow(&sought, BOOKMARK_BEGINNING, 0)) ||
+        FAILED(table->QueryPosition(&row, &numerator, &denominator)) || row >= count)
+        return std::nullopt;
+    return row;
 }
 
 const MessageRow& MessageTable::GetRow(std::size_t row)

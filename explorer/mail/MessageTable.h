@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <list>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,8 +26,25 @@ struct MessageRow
     bool expired = false;    // its expiry time has come
 };
 
-// The messages of one folder, the newest first, read on demand: a few batches of rows around those last asked
-// for are kept, so that a folder of any size costs the same. One thread.
+// What messages are sorted by; among equals the newest come first.
+struct MessageOrder
+{
+    enum class Key
+    {
+        sender,
+        subject,
+        received,
+        size
+    };
+
+    Key key = Key::received;
+    bool descending = true;
+
+    bool operator==(const MessageOrder&) const = default;
+};
+
+// The messages of one folder, in the store's own order until they are sorted, read on demand: a few batches
+// of rows around those last asked for are kept, so that a folder of any size costs the same. One thread.
 class MessageTable
 {
 public:
@@ -35,9 +53,15 @@ public:
 
     std::size_t GetCount() const noexcept { return count; }    // as of the opening
 
+    // False when the store does not sort so: then the rows stay in the order they had.
+    bool Sort(const MessageOrder& order);
+
     // Row `row`, from 0; an empty one when it is no longer there. Lives until the next call. Throws
     // COleDispatchException.
     const MessageRow& GetRow(std::size_t row);
+
+    // The row of that message; none when it is not there or the store does not find it.
+    std::optional<std::size_t> FindRow(const EntryId& message);
 
 private:
     struct Batch

@@ -1,4 +1,5 @@
 #include "explorer/office/CommandBarButton.h"
+#include "tests/explorer/FoundButton.h"
 #include "tests/explorer/WindowFixture.h"
 #include "tests/win/HandleCounts.h"
 
@@ -21,33 +22,6 @@ int PlaceOf(HMENU menu, const std::wstring& caption)
         if (CaptionOf(menu, place) == caption)
             return place;
     return -1;
-}
-
-// A button of any tool bar of the window, by its caption.
-struct FoundButton
-{
-    HWND bar = nullptr;
-    TBBUTTON button{};
-};
-
-FoundButton FindButton(HWND window, const std::wstring& caption)
-{
-    for (HWND bar = nullptr; (bar = ::FindWindowExW(window, bar, TOOLBARCLASSNAMEW, nullptr)) != nullptr;)
-    {
-        const LRESULT count = ::SendMessageW(bar, TB_BUTTONCOUNT, 0, 0);
-        for (LRESULT i = 0; i < count; ++i)
-        {
-            FoundButton found{bar, {}};
-            wchar_t text[200] = L"";
-            ::SendMessageW(bar, TB_GETBUTTON, static_cast<WPARAM>(i),
-                           reinterpret_cast<LPARAM>(&found.button));
-            ::SendMessageW(bar, TB_GETBUTTONTEXTW, static_cast<WPARAM>(found.button.idCommand),
-                           reinterpret_cast<LPARAM>(text));
-            if (caption == text)
-                return found;
-        }
-    }
-    return {};
 }
 }    // namespace
 
@@ -206,6 +180,33 @@ TEST_F(HostedAddIn, MayUnloadItsOwnButtonsWhileOneIsClicked)
 
     EXPECT_EQ(script.alive, 0);
     EXPECT_FALSE(window->Press(L"Bar Button"));
+}
+
+TEST_F(HostedAddIn, HearsTheClickOfAnEntryOfTheHosts)
+{
+    script.hostCommand = IDM_READ;
+    const RegisteredAddIn addIn(script);
+    Open();
+    ::SetFocus(Child(IDC_MESSAGES));
+
+    window->Press(L"Read Message");
+
+    EXPECT_EQ(script.clicked, std::vector<std::wstring>{L"&Read Message"});
+    EXPECT_EQ(::GetFocus(), Child(IDC_READING));
+}
+
+TEST_F(HostedAddIn, KeepsTheHostFromWhatItsEntryWouldDo)
+{
+    script.hostCommand = IDM_READ;
+    script.cancels = true;
+    const RegisteredAddIn addIn(script);
+    Open();
+    ::SetFocus(Child(IDC_MESSAGES));
+
+    window->Press(L"Read Message");
+
+    EXPECT_EQ(script.clicked.size(), 1U);
+    EXPECT_EQ(::GetFocus(), Child(IDC_MESSAGES));
 }
 
 TEST_F(HostedAddIn, LeavesNoHandlesBehindIn200Rounds)

@@ -5,6 +5,8 @@
 
 #include <commctrl.h>
 
+#include <set>
+
 namespace
 {
 // What the list says about drawing a row.
@@ -22,18 +24,41 @@ LOGFONTW FontOfRow(HWND window, HWND list, int row)
     ::ReleaseDC(nullptr, screen);
     return font;
 }
+
+// The rows that the list asks a window for.
+class AskedRows
+{
+public:
+    explicit AskedRows(HWND window) : window(window)
+    {
+        ::SetWindowSubclass(window, &Look, subclassId, reinterpret_cast<DWORD_PTR>(&rows));
+    }
+    AskedRows(const AskedRows&) = delete;
+    AskedRows& operator=(const AskedRows&) = delete;
+    ~AskedRows() { ::RemoveWindowSubclass(window, &Look, subclassId); }
+
+    const std::set<int>& GetRows() const { return rows; }
+
+private:
+    static constexpr UINT_PTR subclassId = 1;
+
+    static LRESULT CALLBACK Look(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR rows)
+    {
+        const auto* notice = reinterpret_cast<const NMHDR*>(lParam);
+        if (message == WM_NOTIFY && notice->code == LVN_GETDISPINFOW)
+            reinterpret_cast<std::set<int>*>(rows)->insert(
+                reinterpret_cast<const NMLVDISPINFOW*>(notice)->item.iItem);
+        return ::DefSubclassProc(window, message, wParam, lParam);
+    }
+
+    HWND window;
+    std::set<int> rows;
+};
 }    // namespace
 
 class MailList : public WindowFixture
 {
-protected:
-    void SelectFolder(const std::wstring& name)
-    {
-        const auto folders = Folders();
-        for (HTREEITEM item = folders.GetRootItem(); item; item = folders.GetNextSiblingItem(item))
-            if (folders.GetItemText(item).starts_with(name))
-                folders.SelectItem(item);
-    }
 };
 
 TEST_F(MailList, ShowsTheMessagesOfTheSelectedFolderNewestFirst)
@@ -100,23 +125,61 @@ TEST_F(MailList, ShowsTheTextOfTheSelectedMessage)
     EXPECT_NE(TextOfChild(IDC_READING).find(L"\r\n\r\nFirst line\r\nSecond line"), std::wstring::npos);
 }
 
-TEST_F(MailList, ReadsTenThousandMessagesOnDemand)
+TEST_F(MailList, ShowsAHundredThousandMessagesAndReadsThoseInSight)
 {
-    std::vector<Mail> mails;
-    for (int i = 0; i < 10'000; ++i)
-        mails.push_back({.subject = "Message " + std::to_string(i),
-                         .deliveryTime = 133'000'000'000'000'000 + i * 10'000'000LL});
-    file.Add(mails);
+    file.Query("WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 99999)"
+               " INSERT INTO message (folder_id, message_class, subject, display_to, display_cc, display_bcc,"
+               " delivery_time) SELECT 3, 'IPM.Note', 'Message ' || i, '', '', '',"
+               " 133000000000000000 + i * 10000000 FROM n");
+    file.Query(
+        "INSERT INTO message_text SELECT id, NULL, 'The oldest.' FROM message WHERE subject = 'Message 0'");
     Open();
+    const AskedRows asked(window->GetSafeHwnd());
+
     SelectFolder(L"Inbox");
+    ::UpdateWindow(Child(IDC_MESSAGES));
 
     const auto list = Messages();
-    ASSERT_EQ(list.GetItemCount(), 10'000);
-    list.EnsureVisible(9'999);
-    EXPECT_EQ(list.GetItemText(9'999, 1), L"Message 0");
-    list.EnsureVisible(0);
-    EXPECT_EQ(list.GetItemText(0, 1), L"Message 9999");
-    EXPECT_EQ(list.GetItemText(5'000, 1), L"Message 4999");
+    const LRESULT inSight = list.SendMessage(LVM_GETCOUNTPERPAGE);
+    ASSERT_EQ(list.GetItemCount(), 100'000);
+    EXPECT_LE(asked.GetRows().size(), static_cast<std::size_t>(2 * inSight));
+    EXPECT_EQ(list.GetItemText(0, 1), L"Message 99999");
+    list.EnsureVisible(99'999);
+    EXPECT_GE(list.SendMessage(LVM_GETTOPINDEX), 100'000 - inSight - 1);
+    EXPECT_EQ(list.GetItemText(99'999, 1), L"Message 0");
+    EXPECT_EQ(list.GetItemText(50'000, 1), L"Message 49999");
+    list.SetItemState(99'999, LVIS_SELECTED, LVIS_SELECTED);
+    EXPECT_NE(TextOfChild(IDC_READING).find(L"The oldest."), std::wstring::npos);
+}
+
+TEST_F(MailList, KeepsTheSelectedMessageWhileRowsAboveItGo)
+{
+    file.Add({{.subject = "Older", .body = "Kept.", .deliveryTime = 133'000'000'000'000'000},
+              {.subject = "Newer", .deliveryTime = 133'100'000'000'000'000}});
+    Open();
+    SelectFolder(L"Inbox");
+    Messages().SetItemState(1, LVIS_SELECTED, LVIS_SELECTED);
+    file.Query("UPDATE message SET folder_id = 6 WHERE subject = 'Newer'");
+
+    window->Press(L"Refresh");
+
+    EXPECT_TRUE(Messages().GetItemState(0, LVIS_SELECTED));
+    EXPECT_NE(TextOfChild(IDC_READING).find(L"Kept."), std::wstring::npos);
+}
+
+TEST_F(MailList, SelectsNothingOnceTheSelectedMessageIsGone)
+{
+    file.Add({{.subject = "Older", .deliveryTime = 133'000'000'000'000'000},
+              {.subject = "Newer", .deliveryTime = 133'100'000'000'000'000}});
+    Open();
+    SelectFolder(L"Inbox");
+    Messages().SetItemState(0, LVIS_SELECTED, LVIS_SELECTED);
+    file.Query("UPDATE message SET folder_id = 6 WHERE subject = 'Newer'");
+
+    window->Press(L"Refresh");
+
+    EXPECT_FALSE(Messages().GetItemState(0, LVIS_SELECTED));
+    EXPECT_EQ(TextOfChild(IDC_READING), L"");
 }
 
 TEST_F(MailList, ReadsFolderAndListAgainAfterAClickOnAnAddInsButton)

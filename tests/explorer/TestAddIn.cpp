@@ -118,6 +118,7 @@ public:
         script.calls.push_back("OnDisconnection " + std::to_string(mode));
         Unadvise(barButton, barCookie);
         Unadvise(menuButton, menuCookie);
+        Unadvise(hostButton, hostCookie);
         return S_OK;
     }
     STDMETHODIMP OnAddInsUpdate(SAFEARRAY**) noexcept override { return E_NOTIMPL; }
@@ -161,6 +162,17 @@ private:
         ComPtr<CommandBarControls> entries;
         Check(popup->get_Controls(&entries));
         menuButton = AddButton(*entries.Get(), L"Menu Entry", menuCookie);
+        if (script.hostCommand)
+            ListenToTheHost(*bars.Get());
+    }
+
+    void ListenToTheHost(_CommandBars& bars)
+    {
+        ComPtr<CommandBarControl> control;
+        Check(bars.FindControl(MissingVariant(), LongVariant(script.hostCommand), MissingVariant(),
+                               MissingVariant(), &control));
+        Check(control.As(&hostButton));
+        Listen(hostButton, hostCookie);
     }
 
     ComPtr<_CommandBarButton> AddButton(CommandBarControls& controls, const wchar_t* caption, DWORD& cookie)
@@ -179,9 +191,14 @@ private:
             PutPictureOnClipboard(RGB(0, 128, 0));
             Check(button->PasteFace());
         }
+        Listen(button, cookie);
+        return button;
+    }
+
+    void Listen(const ComPtr<_CommandBarButton>& button, DWORD& cookie)
+    {
         const ComPtr<IUnknown> sink(new ClickSink(script));
         Check(PointOf(button)->Advise(sink.Get(), &cookie));
-        return button;
     }
 
     static ComPtr<IConnectionPoint> PointOf(const ComPtr<_CommandBarButton>& button)
@@ -204,8 +221,10 @@ private:
     ComPtr<_Application> application;
     ComPtr<_CommandBarButton> barButton;
     ComPtr<_CommandBarButton> menuButton;
+    ComPtr<_CommandBarButton> hostButton;
     DWORD barCookie = 0;
     DWORD menuCookie = 0;
+    DWORD hostCookie = 0;
 };
 
 class Factory final : public IClassFactory

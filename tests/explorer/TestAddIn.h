@@ -19,6 +19,7 @@ struct AddInScript
     bool throws = false;             // leaves OnConnection by a C++ exception
     bool cancels = false;            // asks the host to do nothing more about a click
     bool pastesFace = true;
+    int hostCommand = 0;    // a control of the host's own that it listens to as well
     std::function<void()> onClick = [] {};
 
     std::vector<std::string> calls = {};

@@ -70,6 +70,13 @@ protected:
     std::wstring TextOfChild(int id) const { return AttachedControl<CWnd>(Child(id)).GetWindowText(); }
     auto Messages() const { return AttachedControl<CListCtrl>(Child(IDC_MESSAGES)); }
     auto Folders() const { return AttachedControl<CTreeCtrl>(Child(IDC_FOLDERS)); }
+    void SelectFolder(const std::wstring& name) const    // of those at the top
+    {
+        const auto folders = Folders();
+        for (HTREEITEM item = folders.GetRootItem(); item; item = folders.GetNextSiblingItem(item))
+            if (folders.GetItemText(item).starts_with(name))
+                folders.SelectItem(item);
+    }
     std::size_t PlaceOfTheAddIn() const
     {
         const auto& all = window->GetAddIns().GetAddIns();
