@@ -47,17 +47,18 @@ void WaitUntil(const std::function<bool()>& condition, const std::string& what)
     }
 }
 
-HWND WaitForWindow(const std::function<bool(HWND)>& accepts, const std::string& what)
+HWND FindShownWindow(const std::function<bool(HWND)>& accepts)
 {
     WindowSearch search{accepts};
-    WaitUntil(
-        [&]
-        {
-            ::EnumWindows(&LookAtWindow, reinterpret_cast<LPARAM>(&search));
-            return search.found != nullptr;
-        },
-        what);
+    ::EnumWindows(&LookAtWindow, reinterpret_cast<LPARAM>(&search));
     return search.found;
+}
+
+HWND WaitForWindow(const std::function<bool(HWND)>& accepts, const std::string& what)
+{
+    HWND found = nullptr;
+    WaitUntil([&] { return (found = FindShownWindow(accepts)) != nullptr; }, what);
+    return found;
 }
 
 bool IsOfClass(HWND window, const wchar_t* name)

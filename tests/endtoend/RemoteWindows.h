@@ -19,6 +19,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The topmost window that is shown and accepted; null when there is none.
+HWND FindShownWindow(const std::function<bool(HWND)>& accepts);
+
 // Both throw WalkError with `what` when nothing comes of it in two minutes.
 void WaitUntil(const std::function<bool()>& condition, const std::string& what);
 HWND WaitForWindow(const std::function<bool(HWND)>& accepts, const std::string& what);    // one that is shown

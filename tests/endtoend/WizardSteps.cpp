@@ -5,8 +5,11 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace
 {
@@ -23,18 +26,30 @@ HWND WaitForPage(int control, const std::string& what)
 }
 
 // A message box, ours or the system's: a dialog without any control of a page.
+bool IsMessage(HWND window)
+{
+    constexpr int ofPages[] = {IDC_FOLDER_TREE, IDC_TIME_SPAN, IDC_DESTINATION_TREE,
+                               IDC_REPORT,      fileNameList,  fileNameField};
+    const bool isPage = std::ranges::any_of(ofPages, [window](int control)
+                                            { return ::GetDlgItem(window, control) != nullptr; });
+    return IsDialog(window) && !isPage;
+}
+
 HWND WaitForMessage(const std::string& what)
 {
-    return WaitForWindow(
-        [](HWND window)
-        {
-            constexpr int ofPages[] = {IDC_FOLDER_TREE, IDC_TIME_SPAN, IDC_DESTINATION_TREE,
-                                       IDC_REPORT,      fileNameList,  fileNameField};
-            const bool isPage = std::ranges::any_of(ofPages, [window](int control)
-                                                    { return ::GetDlgItem(window, control) != nullptr; });
-            return IsDialog(window) && !isPage;
-        },
-        what);
+    return WaitForWindow(&IsMessage, what);
+}
+
+// However long it takes, while the page shows that the run gets on.
+void WaitForTheRun(HWND page)
+{
+    const HWND rows = ::GetDlgItem(page, IDC_REPORT);
+    const HWND bar = ::GetDlgItem(page, IDC_PROGRESS);
+    const auto progress = [=] {
+        return std::pair(::SendMessageW(bar, PBM_GETPOS, 0, 0), ::SendMessageW(rows, LVM_GETITEMCOUNT, 0, 0));
+    };
+    for (auto before = progress(); !FindShownWindow(&IsMessage); before = progress())
+        WaitUntil([&] { return FindShownWindow(&IsMessage) || progress() != before; }, "the run to get on");
 }
 
 void WaitUntilEnabled(HWND page, int control, const std::string& what)
@@ -97,6 +112,7 @@ HWND RunFromTheSettings(const WizardChoices& choices, const PageWatcher& watcher
     PickDestination(settings, choices.destination, watcher);
     watcher(settings, "settings");
     Press(settings, IDOK);
+    WaitForTheRun(WaitForPage(IDC_REPORT, "the run"));
     const HWND end = WaitForMessage("the end of the run");
     watcher(end, "end");
     Press(end, IDOK);
