@@ -13,6 +13,9 @@
 
 #include <mapiguid.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 class CMapiMessage final : public MapiProp<IMessage, IID_IMessage>
@@ -64,13 +67,24 @@ std::vector<std::uint32_t> CMapiMessage::ListTags()
 
 std::vector<StoredValue> CMapiMessage::ReadValues(std::span<const std::uint32_t> tags)
 {
-    std::vector<StoredValue> values = draft->Read(tags);
+    const auto isStored = [&](std::uint32_t tag)
+    { return tag != tag::accessLevel && !IsPlaceOfMessage(*store, tag); };
+    if (std::ranges::all_of(tags, isStored))
+        return draft->Read(tags);
+    std::vector<std::uint32_t> stored;
+    std::ranges::copy_if(tags, std::back_inserter(stored), isStored);
+    std::vector<StoredValue> read = draft->Read(stored);
+
+    std::vector<StoredValue> values(tags.size());
+    auto next = read.begin();
     for (std::size_t i = 0; i < tags.size(); ++i)
     {
-        if (IsPlaceOfMessage(*store, tags[i]))
-            values[i] = PlaceValue(tags[i]);
+        if (isStored(tags[i]))
+            values[i] = std::move(*next++);
         else if (tags[i] == tag::accessLevel)
             values[i] = std::int64_t{modify ? MAPI_MODIFY : 0};
+        else
+            values[i] = PlaceValue(tags[i]);
     }
     return values;
 }

@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -163,6 +164,7 @@ Database::Database(const std::string& path)
 
 Statement Database::Prepare(const std::string& sql)
 {
+    ++statementsRun;
     if (auto idle = idleStatements.extract(sql))
         return {*this, std::move(idle.key()), std::move(idle.mapped())};
     sqlite3_stmt* prepared = nullptr;
@@ -182,6 +184,74 @@ std::int64_t Database::ReadInteger(const std::string& sql)
 {
     Statement statement = Prepare(sql);
     return statement.Step() ? statement.Integer(0) : 0;
+}
+
+std::string Database::ReadText(const std::string& sql)
+{
+    Statement statement = Prepare(sql);
+    return statement.Step() ? statement.Text(0) : std::string();
+}
+
+bool Database::ChooseLog()
+{
+    // Answers the journal it could get: a file system without shared memory keeps the rollback journal.
+    if (ReadText("PRAGMA journal_mode = WAL") != "wal")
+        return false;
+    sqlite3_file_control(connection.get(), "main", SQLITE_FCNTL_FILE_POINTER, &fileOfLog);
+    return true;
+}
+
+std::optional<ChangeStamp> Database::CurrentStamp() const
+{
+    constexpr int regionSize = 32 * 1024;    // SQLite's own, with which it has mapped the memory
+    constexpr int withSharedMemory = 2;
+    if (!fileOfLog || !fileOfLog->pMethods || fileOfLog->pMethods->iVersion < withSharedMemory)
+        return std::nullopt;
+    volatile void* index = nullptr;
+    if (fileOfLog->pMethods->xShmMap(fileOfLog, 0, regionSize, 0, &index) != SQLITE_OK || !index)
+        return std::nullopt;
+    // The log's index begins with a header of this size, which every commit writes anew with the log's new
+    // length and a checksum. One that is being written is none that was there before.
+    ChangeStamp stamp;
+    const auto* header = static_cast<const volatile std::uint8_t*>(index);
+    std::copy_n(header, stamp.size(), stamp.begin());
+    return stamp;
+}
+
+bool Database::IsInTransaction() const
+{
+    return sqlite3_get_autocommit(connection.get()) == 0;
+}
+
+bool Database::HoldRead()
+{
+    // Before the transaction: what is committed in between makes the stamp an old one.
+    const std::optional<ChangeStamp> stamp = CurrentStamp();
+    if (stamp && stamp == heldStamp && IsInTransaction())
+        return true;
+    EndRead();
+    if (!stamp)
+        return false;
+    Prepare("BEGIN").Run();
+    heldStamp = stamp;
+    return true;
+}
+
+void Database::EndRead() noexcept
+{
+    // A failure does not matter: nothing was written, and the next transaction tells what is wrong.
+    if (heldStamp && IsInTransaction())
+        sqlite3_exec(connection.get(), "COMMIT", nullptr, nullptr, nullptr);
+    heldStamp.reset();
+}
+
+void Database::WriteThrough() noexcept
+{
+    if (!fileOfLog || sqlite3_total_changes64(connection.get()) == 0)
+        return;
+    // A failure leaves the log to whoever opens the file next.
+    sqlite3_busy_timeout(connection.get(), 1000);
+    sqlite3_wal_checkpoint_v2(connection.get(), nullptr, SQLITE_CHECKPOINT_FULL, nullptr, nullptr);
 }
 
 std::int64_t Database::LastInsertId() const
@@ -216,6 +286,7 @@ void Database::KeepForLater(std::string sql, OwnedStatement statement) noexcept
 
 Transaction::Transaction(Database& database) : database(database)
 {
+    database.EndRead();
     // A write lock from the start: a transaction that reads first could not wait for another writer.
     database.Execute("BEGIN IMMEDIATE");
 }

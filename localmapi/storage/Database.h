@@ -2,12 +2,15 @@
 
 #include "localmapi/storage/StoredValue.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
 struct sqlite3;
+struct sqlite3_file;
 struct sqlite3_stmt;
 
 struct DatabaseCloser
@@ -21,6 +24,10 @@ struct StatementFinalizer
 using OwnedStatement = std::unique_ptr<sqlite3_stmt, StatementFinalizer>;
 
 class Database;
+
+// The state of a file that others may change too: two equal stamps mean that nobody has committed anything
+// between them.
+using ChangeStamp = std::array<std::uint8_t, 48>;
 
 // A prepared statement in use. Goes back to its database's cache, without values, when it ends.
 // Parameters count from 1, columns from 0, as SQLite has them.
@@ -57,8 +64,30 @@ public:
     Statement Prepare(const std::string& sql);
     void Execute(const std::string& sql);
     std::int64_t ReadInteger(const std::string& sql);    // the first column of the first row
+    std::string ReadText(const std::string& sql);        // the same as text
     std::int64_t LastInsertId() const;
     std::int64_t ChangedRows() const;    // by the last statement
+
+    // The file's stamp, read from memory without locking anything. Nothing where the journal is none that
+    // tells it, or before the first statement has read the file.
+    std::optional<ChangeStamp> CurrentStamp() const;
+
+    // Lets the statements that follow share one read transaction, each of which alone would cost several
+    // locks of the file. They see the file as it is: the transaction is begun anew when somebody has
+    // committed. False, with every statement on its own, where the file has no stamp. A transaction for
+    // writing ends it.
+    bool HoldRead();
+    void EndRead() noexcept;
+
+    // Brings what this connection has committed from the log into the file and both onto the disk, if no
+    // other process keeps it from that for long.
+    void WriteThrough() noexcept;
+
+    // How many statements were run, for who counts what a job costs.
+    std::uint64_t StatementsRun() const { return statementsRun; }
+
+    // Chooses the write-ahead log; false when the file keeps the journal it has.
+    bool ChooseLog();
 
     [[noreturn]] void ThrowError() const;
 
@@ -66,7 +95,12 @@ private:
     friend class Statement;
     void KeepForLater(std::string sql, OwnedStatement statement) noexcept;
 
+    bool IsInTransaction() const;
+
     std::unique_ptr<sqlite3, DatabaseCloser> connection;
+    sqlite3_file* fileOfLog = nullptr;    // the connection's, once it is known to keep a write-ahead log
+    std::optional<ChangeStamp> heldStamp;
+    std::uint64_t statementsRun = 0;
     std::unordered_map<std::string, OwnedStatement> idleStatements;
 };
 

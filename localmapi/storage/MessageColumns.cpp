@@ -41,6 +41,14 @@ const MessageColumn* FindMessageColumn(std::uint32_t tag)
     return found == std::end(columns) ? nullptr : found;
 }
 
+std::size_t ShortColumnCount()
+{
+    static const auto firstText =
+        std::find_if(std::begin(columns), std::end(columns),
+                     [](const MessageColumn& column) { return IsMessageText(column.tag); });
+    return static_cast<std::size_t>(firstText - std::begin(columns));
+}
+
 bool IsMessageText(std::uint32_t tag)
 {
     return tag == tag::body || tag == tag::transportMessageHeaders;

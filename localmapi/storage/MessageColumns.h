@@ -2,6 +2,7 @@
 
 #include "localmapi/storage/PropertyTag.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -14,8 +15,9 @@ struct MessageColumn
     bool required;             // NOT NULL in the file: an absent value is kept as the empty one
 };
 
-// Every property that is not kept in message_property.
+// Every property that is not kept in message_property; the long texts come last.
 std::span<const MessageColumn> MessageColumns();
+std::size_t ShortColumnCount();                               // of those before the long texts
 const MessageColumn* FindMessageColumn(std::uint32_t tag);    // null when it is a further property
 
 // Whether the property is one of the long texts in message_text.

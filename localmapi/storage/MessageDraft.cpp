@@ -2,22 +2,12 @@
 
 #include "localmapi/storage/MessageColumns.h"
 #include "localmapi/storage/MessageMoves.h"
+#include "localmapi/storage/StoreError.h"
 
 #include <algorithm>
 
 namespace
 {
-std::vector<std::uint32_t> ShortColumnTags()
-{
-    std::vector<std::uint32_t> tags;
-    for (const MessageColumn& column : MessageColumns())
-    {
-        if (!IsMessageText(column.tag))
-            tags.push_back(column.tag);
-    }
-    return tags;
-}
-
 bool IsStoresOwn(std::uint32_t tag)
 {
     return tag == tag::storedMessageId || tag == tag::storedFolderId;
@@ -62,7 +52,10 @@ std::vector<StoredValue> MessageDraft::Read(std::span<const std::uint32_t> tags)
     std::vector<StoredValue> values;
     values.reserve(tags.size());
     for (const std::uint32_t tag : tags)
-        values.push_back(Known(tag));
+    {
+        const StoredValue* value = Find(tag);
+        values.push_back(value ? *value : StoredValue());
+    }
     return values;
 }
 
@@ -70,10 +63,11 @@ std::vector<std::uint32_t> MessageDraft::ListTags()
 {
     const std::lock_guard lock(mutex);
     std::set<std::uint32_t> tags;
-    for (const auto& [tag, value] : loaded)
+    for (const MessageColumn& column : MessageColumns())
     {
-        if (!IsStoresOwn(tag) && !std::holds_alternative<std::monostate>(value))
-            tags.insert(tag);
+        const StoredValue* value = record ? record->Find(column.tag) : nullptr;
+        if (value && !IsStoresOwn(column.tag) && !std::holds_alternative<std::monostate>(*value))
+            tags.insert(column.tag);
     }
     if (id != 0)
     {
@@ -173,46 +167,47 @@ void MessageDraft::Save()
     else
         UpdateMessage(*file, id, changes);
     changes = {};
-    loaded.clear();
     LoadColumns();
 }
 
 // Also tells whether the message is there at all.
 void MessageDraft::LoadColumns()
 {
-    static const std::vector<std::uint32_t> tags = ShortColumnTags();
-    std::vector<StoredValue> values = ReadMessage(*file, id, tags);
-    for (std::size_t i = 0; i < tags.size(); ++i)
-        loaded.insert_or_assign(tags[i], std::move(values[i]));
-    folderId = std::get<std::int64_t>(loaded.at(tag::storedFolderId));
+    const StoreFile::Lease lease = file->Use();
+    record = lease.Messages().Read(*lease, id);
+    if (!record)
+        throw StoreError(StoreFault::NoSuchMessage, "The message is not in the mail store any more.");
+    loaded.clear();
+    folderId = record->FolderId();
 }
 
 // One statement for all that is asked and not known yet; who reads one of the texts mostly wants both.
 void MessageDraft::LoadMissing(std::span<const std::uint32_t> tags)
 {
-    std::set<std::uint32_t> missing;
+    std::vector<std::uint32_t> missing;
     for (const std::uint32_t tag : tags)
     {
-        if (!loaded.contains(tag) && !changes.properties.contains(tag))
-            missing.insert(tag);
+        if (!Find(tag))
+            missing.push_back(tag);
     }
     if (missing.empty() || id == 0)
         return;
     if (std::any_of(missing.begin(), missing.end(), IsMessageText))
-        missing.insert({tag::transportMessageHeaders, tag::body});
-    const std::vector<std::uint32_t> asked(missing.begin(), missing.end());
-    std::vector<StoredValue> values = ReadMessage(*file, id, asked);
-    for (std::size_t i = 0; i < asked.size(); ++i)
-        loaded.insert_or_assign(asked[i], std::move(values[i]));
+        missing.insert(missing.end(), {tag::transportMessageHeaders, tag::body});
+    std::vector<StoredValue> values = ReadMessage(*file, id, missing);
+    for (std::size_t i = 0; i < missing.size(); ++i)
+        loaded.insert_or_assign(missing[i], std::move(values[i]));
 }
 
-StoredValue MessageDraft::Known(std::uint32_t tag) const
+// What is known of the property, null when it is to be read first.
+const StoredValue* MessageDraft::Find(std::uint32_t tag) const
 {
     if (const auto changed = changes.properties.find(tag); changed != changes.properties.end())
-        return changed->second;
-    if (const auto found = loaded.find(tag); found != loaded.end())
-        return found->second;
-    return {};
+        return &changed->second;
+    if (const StoredValue* value = record ? record->Find(tag) : nullptr)
+        return value;
+    const auto found = loaded.find(tag);
+    return found == loaded.end() ? nullptr : &found->second;
 }
 
 std::map<std::int64_t, Attachment> MessageDraft::CurrentAttachments()

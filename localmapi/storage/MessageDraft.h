@@ -46,14 +46,15 @@ public:
 private:
     void LoadColumns();
     void LoadMissing(std::span<const std::uint32_t> tags);
-    StoredValue Known(std::uint32_t tag) const;
+    const StoredValue* Find(std::uint32_t tag) const;
     std::map<std::int64_t, Attachment> CurrentAttachments();
 
     const std::shared_ptr<StoreFile> file;
     std::mutex mutex;    // guards all below
     std::int64_t id;
     std::int64_t folderId;
-    std::map<std::uint32_t, StoredValue> loaded;    // as it stands in the file
+    SharedRecord record;                            // as it stands in the file; null for a new one
+    std::map<std::uint32_t, StoredValue> loaded;    // of what the record has not
     MessageChanges changes;
     std::int64_t nextAttachmentNumber = 0;
 };

@@ -57,18 +57,18 @@ std::string OpeningFailure(const StoreError& error, const std::string& path)
     return "The mail store " + path + " cannot be opened. " + error.what();
 }
 
-void ChooseJournal(Database& database)
+bool ChooseJournal(Database& database)
 {
     try
     {
-        // Answers the journal it could get: a file system without shared memory keeps the rollback journal.
-        database.ReadInteger("PRAGMA journal_mode = WAL");
+        return database.ChooseLog();
     }
     catch (const StoreError& error)
     {
         // Whoever has the file open now has chosen already, and a file that may only be read needs none.
         if (error.fault != StoreFault::Busy && error.fault != StoreFault::ReadOnly)
             throw;
+        return false;
     }
 }
 }    // namespace
@@ -87,13 +87,27 @@ std::shared_ptr<StoreFile> StoreFile::Open(const std::string& path)
     }
 }
 
-StoreFile::StoreFile(const std::string& path) : database(RequireFile(path))
+StoreFile::StoreFile(const std::string& path) : database(RequireFile(path)), readHolder(database, mutex)
 {
     database.Execute("PRAGMA busy_timeout = 10000");
     RequireFormat(database, path);
-    ChooseJournal(database);
-    database.Execute("PRAGMA synchronous = FULL");
+    // Of a write-ahead log a power failure leaves a beginning: whatever of the last commits is lost, the
+    // store is as it was before them, and a message that was being moved lies where it lay. The rollback
+    // journal has no such order to keep and is written through at each commit.
+    database.Execute(ChooseJournal(database) ? "PRAGMA synchronous = NORMAL" : "PRAGMA synchronous = FULL");
     database.Execute("PRAGMA foreign_keys = ON");
+}
+
+StoreFile::~StoreFile()
+{
+    readHolder.Stop();
+    database.EndRead();
+    database.WriteThrough();
+}
+
+StoreFile::Lease::Lease(StoreFile& file) : file(file), lock(file.mutex)
+{
+    file.readHolder.Hold();
 }
 
 StoredValue StoreFile::ReadSetting(const std::string& name)

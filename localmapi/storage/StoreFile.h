@@ -1,6 +1,8 @@
 #pragma once
 
 #include "localmapi/storage/Database.h"
+#include "localmapi/storage/ReadAhead.h"
+#include "localmapi/storage/ReadHolder.h"
 #include "localmapi/storage/StoredValue.h"
 
 #include <memory>
@@ -17,18 +19,20 @@ public:
     static std::shared_ptr<StoreFile> Open(const std::string& path);
 
     explicit StoreFile(const std::string& path);
+    ~StoreFile();
 
     // The database, for the holder's thread alone while the pair lives.
     class Lease
     {
     public:
-        explicit Lease(StoreFile& file) : lock(file.mutex), database(file.database) {}
-        Database* operator->() const { return &database; }
-        Database& operator*() const { return database; }
+        explicit Lease(StoreFile& file);
+        Database* operator->() const { return &file.database; }
+        Database& operator*() const { return file.database; }
+        ReadAhead& Messages() const { return file.readAhead; }
 
     private:
+        StoreFile& file;
         std::unique_lock<std::mutex> lock;
-        Database& database;
     };
     Lease Use() { return Lease(*this); }
 
@@ -36,8 +40,10 @@ public:
     Blob ReadUid();    // the 16 bytes that stand in every entry id of this store
 
 private:
-    std::mutex mutex;
+    std::mutex mutex;    // guards what follows, for the lease's holder
     Database database;
+    ReadAhead readAhead;
+    ReadHolder readHolder;
 };
 
 // Now as FILETIME: 100 ns since 1601-01-01 UTC.
