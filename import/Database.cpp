@@ -18,7 +18,9 @@ std::string Reason(sqlite3* handle, int result)
 Database::Database(const std::filesystem::path& path, const std::filesystem::path& shownAs) : shownAs(shownAs)
 {
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+    // One thread uses the connection, so SQLite need not lock it for each call.
+    const int result =
+        sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     handle.reset(opened);
     Check(result);
     sqlite3_extended_result_codes(opened, 1);

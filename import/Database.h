@@ -9,7 +9,8 @@
 #include <string>
 #include <string_view>
 
-// One open SQLite file. Every failure is an ImportError that names the file as `shownAs`.
+// One open SQLite file, for one thread at a time. Every failure is an ImportError that names the file as
+// `shownAs`.
 class Database
 {
 public:

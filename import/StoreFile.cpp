@@ -84,10 +84,11 @@ public:
           file(path),
           database(std::in_place, file.Path(), path)
     {
-        // Nobody sees this file before it is whole, so it needs no journal.
-        database->Execute(
-            "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA locking_mode = EXCLUSIVE;"
-            "PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY; BEGIN");
+        // Nobody sees this file before it is whole, so it needs no journal. A page holds several usual
+        // bodies: on smaller ones each would fill most of a page, or go on in a page of its own.
+        database->Execute("PRAGMA page_size = 16384; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; "
+                          "PRAGMA locking_mode = EXCLUSIVE;"
+                          "PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY; BEGIN");
         database->Execute(localStoreSql);
     }
 
