@@ -8,19 +8,31 @@
 #include <limits>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
-constexpr size_t chunkSize = 256 * 1024;
+constexpr off_t smallestChunk = 4 * 1024;
+constexpr off_t largestChunk = 256 * 1024;
+
+// A small file comes in one read, with room to see that it ends there.
+size_t ChunkSizeFor(int descriptor)
+{
+    struct stat status = {};
+    const off_t size = fstat(descriptor, &status) == 0 ? status.st_size : 0;
+    return static_cast<size_t>(std::clamp(size + 1, smallestChunk, largestChunk));
 }
+}    // namespace
 
 InputFile::InputFile(const std::filesystem::path& path)
     : path(path),
-      descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY))
+      descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY)),
+      chunkSize(0)
 {
     if (descriptor < 0)
         throw SystemFailure("read", path.string(), errno);
+    chunkSize = ChunkSizeFor(descriptor);
 }
 
 InputFile::~InputFile()
@@ -28,44 +40,27 @@ InputFile::~InputFile()
     close(descriptor);
 }
 
-bool InputFile::Fill()
+bool InputFile::ReadMore(std::string& bytes, size_t most)
 {
     ThrowIfInterrupted();
-    buffer.resize(chunkSize);
-    position = 0;
+    const size_t before = bytes.size();
+    const size_t wanted = std::min(chunkSize, most);
+    bytes.resize(before + wanted);
     ssize_t count = 0;
     do
-        count = read(descriptor, buffer.data(), chunkSize);
+        count = read(descriptor, bytes.data() + before, wanted);
     while (count < 0 && errno == EINTR && (ThrowIfInterrupted(), true));
     if (count < 0)
         throw SystemFailure("read", path.string(), errno);
-    buffer.resize(static_cast<size_t>(count));
+    bytes.resize(before + static_cast<size_t>(count));
     return count > 0;
-}
-
-bool InputFile::ReadLine(std::string& line)
-{
-    line.clear();
-    while (position < buffer.size() || Fill())
-    {
-        const size_t end = buffer.find('\n', position);
-        const size_t length = (end == std::string::npos ? buffer.size() : end + 1) - position;
-        line.append(buffer, position, length);
-        position += length;
-        if (end != std::string::npos)
-            return true;
-    }
-    return !line.empty();
 }
 
 std::string InputFile::ReadUpTo(size_t limit)
 {
     std::string bytes;
-    while (bytes.size() < limit && (position < buffer.size() || Fill()))
+    while (bytes.size() < limit && ReadMore(bytes, limit - bytes.size()))
     {
-        const size_t length = std::min(buffer.size() - position, limit - bytes.size());
-        bytes.append(buffer, position, length);
-        position += length;
     }
     return bytes;
 }

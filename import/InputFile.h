@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -13,19 +14,16 @@ public:
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
 
-    // The next line with its line end, the last one perhaps without; false at the end of the file.
-    bool ReadLine(std::string& line);
+    // Appends what comes next, some bytes at a time and never more than `most`; false at the end of the file.
+    bool ReadMore(std::string& bytes, size_t most = SIZE_MAX);
 
     // At most `limit` bytes from here on.
     std::string ReadUpTo(size_t limit);
 
 private:
-    bool Fill();
-
     std::filesystem::path path;
     int descriptor;
-    std::string buffer;
-    size_t position = 0;
+    size_t chunkSize;    // of one read, fitted to the file
 };
 
 std::string ReadWholeFile(const std::filesystem::path& path);

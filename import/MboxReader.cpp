@@ -3,8 +3,6 @@
 #include "import/MailHeaders.h"
 #include "import/Text.h"
 
-#include <string_view>
-
 namespace
 {
 constexpr std::string_view separatorStart = "From ";
@@ -75,15 +73,38 @@ MboxReader::MboxReader(const std::filesystem::path& path, SeparatorRule rule) : 
 
 void MboxReader::Advance()
 {
-    line.swap(nextLine);
-    file.ReadLine(nextLine);
+    lineBegin = nextBegin;
+    nextBegin = nextEnd;
+    ReadNextLine();
+}
+
+void MboxReader::ReadNextLine()
+{
+    for (size_t searched = nextBegin;;)
+    {
+        const size_t end = bytes.find('\n', searched);
+        if (end != std::string::npos)
+        {
+            nextEnd = end + 1;
+            return;
+        }
+        bytes.erase(0, lineBegin);
+        nextBegin -= lineBegin;
+        lineBegin = 0;
+        searched = bytes.size();
+        if (file.ReadMore(bytes))
+            continue;
+        nextEnd = bytes.size();
+        return;
+    }
 }
 
 bool MboxReader::IsSeparator(bool afterEmptyLine) const
 {
+    const std::string_view line = Line();
     if (!IsSeparatorLine(line))
         return false;
-    const bool beforeHeader = BeginsHeader(nextLine);
+    const bool beforeHeader = BeginsHeader(NextLine());
     if (rule == SeparatorRule::singleMessage || !EnvelopeTime(line))
         return afterEmptyLine && beforeHeader && (rule == SeparatorRule::mailbox || EnvelopeTime(line));
     return afterEmptyLine || beforeHeader;
@@ -91,18 +112,18 @@ bool MboxReader::IsSeparator(bool afterEmptyLine) const
 
 std::optional<RawMail> MboxReader::Next()
 {
-    if (line.empty())
+    if (Line().empty())
         return std::nullopt;
     RawMail mail;
     mail.hasStatusHeaders = true;
-    mail.envelopeTime = EnvelopeTime(line);
+    mail.envelopeTime = EnvelopeTime(Line());
     Advance();
     bool inBody = false;
     bool afterEmptyLine = false;
-    while (!line.empty() && !IsSeparator(afterEmptyLine))
+    for (std::string_view line = Line(); !line.empty() && !IsSeparator(afterEmptyLine); line = Line())
     {
         afterEmptyLine = IsEmptyLine(line);
-        mail.bytes.append(line, inBody && IsQuotedSeparator(line) ? 1 : 0);
+        mail.bytes += line.substr(inBody && IsQuotedSeparator(line) ? 1 : 0);
         inBody |= afterEmptyLine;
         Advance();
     }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 // How sure a `From ` line inside a file must be to begin a message.
 enum class SeparatorRule
@@ -33,11 +34,19 @@ public:
     std::optional<RawMail> Next();
 
 private:
+    std::string_view Line() const { return std::string_view(bytes).substr(lineBegin, nextBegin - lineBegin); }
+    std::string_view NextLine() const
+    {
+        return std::string_view(bytes).substr(nextBegin, nextEnd - nextBegin);
+    }
     bool IsSeparator(bool afterEmptyLine) const;
     void Advance();
+    void ReadNextLine();
 
     InputFile file;
     SeparatorRule rule;
-    std::string line;    // the next to be dealt with; empty at the end of the file
-    std::string nextLine;
+    std::string bytes;       // of the file, from some line on
+    size_t lineBegin = 0;    // of the line to be dealt with, which is empty at the end of the file
+    size_t nextBegin = 0;    // of the line behind it
+    size_t nextEnd = 0;
 };

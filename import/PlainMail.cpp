@@ -26,7 +26,7 @@ bool IsBlank(char character)
 bool IsPlainLine(std::string_view line, bool isFirst)
 {
     // Lone line ends and NULs mean something else to every reader.
-    if (line.find_first_of(std::string_view("\r\0", 2)) != std::string_view::npos)
+    if (line.find('\r') != std::string_view::npos || line.find('\0') != std::string_view::npos)
         return false;
     if (!isFirst && IsBlank(line[0]))
         return !Trimmed(line).empty();
