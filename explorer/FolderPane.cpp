@@ -1,6 +1,7 @@
 #include "explorer/FolderPane.h"
 
 #include "explorer/resource.h"
+#include "win/RedrawPause.h"
 #include "win/ThisModule.h"
 
 #include <windows.h>
@@ -29,12 +30,22 @@ void FolderPane::Show(std::vector<MailFolder> shown)
 {
     const MailFolder* selected = GetSelected();
     const EntryId kept = selected ? selected->id : EntryId();
-    SendMessage(WM_SETREDRAW, FALSE);
-    Clear();
-    folders = std::move(shown);
-
-    std::vector<HTREEITEM> path;    // the item last added at each depth
     HTREEITEM chosen = nullptr;
+    {
+        const RedrawPause pause(*this);
+        Clear();
+        folders = std::move(shown);
+        chosen = InsertFolders(kept);
+        for (HTREEITEM item = GetRootItem(); item; item = GetNextSiblingItem(item))
+            Expand(item);
+    }
+    SelectItem(chosen ? chosen : GetRootItem());
+}
+
+HTREEITEM FolderPane::InsertFolders(const EntryId& sought)
+{
+    std::vector<HTREEITEM> path;    // the item last added at each depth
+    HTREEITEM found = nullptr;
     for (std::size_t i = 0; i < folders.size(); ++i)
     {
         const auto depth = std::min(static_cast<std::size_t>(std::max(folders[i].depth, 0L)), path.size());
@@ -48,13 +59,10 @@ void FolderPane::Show(std::vector<MailFolder> shown)
         SendMessage(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&place));
         if (folders[i].unread > 0)
             SetItemState(item, TVIS_BOLD, TVIS_BOLD);
-        if (!kept.empty() && folders[i].id == kept)
-            chosen = item;
+        if (!sought.empty() && folders[i].id == sought)
+            found = item;
     }
-    for (HTREEITEM item = GetRootItem(); item; item = GetNextSiblingItem(item))
-        Expand(item);
-    SendMessage(WM_SETREDRAW, TRUE);
-    SelectItem(chosen ? chosen : GetRootItem());
+    return found;
 }
 
 void FolderPane::Clear()

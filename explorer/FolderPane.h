@@ -18,5 +18,7 @@ public:
     const MailFolder* GetSelected() const;    // borrowed; null when none is
 
 private:
+    HTREEITEM InsertFolders(const EntryId& sought);    // gives the item of that folder; null without one
+
     std::vector<MailFolder> folders;
 };

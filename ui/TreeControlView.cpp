@@ -1,5 +1,21 @@
 #include "ui/TreeControlView.h"
 
+#include "win/RedrawPause.h"
+
+namespace
+{
+void ExpandItem(const CTreeCtrl& tree, HTREEITEM item)
+{
+    if (tree.ItemHasChildren(item))
+    {
+        tree.Expand(item);
+        for (HTREEITEM child = tree.GetChildItem(item); child; child = tree.GetNextSiblingItem(child))
+            ExpandItem(tree, child);
+    }
+    tree.EnsureVisible(tree.GetSelectedItem());
+}
+}    // namespace
+
 TreeItem ToTreeItem(HTREEITEM item) noexcept
 {
     return static_cast<TreeItem>(reinterpret_cast<std::uintptr_t>(item));
@@ -50,11 +66,7 @@ void TreeControlView::EnsureVisible(TreeItem item)
 
 void ExpandTreeBranch(const CTreeCtrl& tree, HTREEITEM item)
 {
-    if (tree.ItemHasChildren(item))
-    {
-        tree.Expand(item);
-        for (HTREEITEM child = tree.GetChildItem(item); child; child = tree.GetNextSiblingItem(child))
-            ExpandTreeBranch(tree, child);
-    }
-    tree.EnsureVisible(tree.GetSelectedItem());
+    // A control that draws each step would spend most of the time of a large tree on it.
+    const RedrawPause pause(tree);
+    ExpandItem(tree, item);
 }

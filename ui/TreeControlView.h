@@ -23,7 +23,8 @@ private:
     CTreeCtrl& tree;
 };
 
-// Expands the item and all below it that have children, making the selected item visible after each.
+// Expands the item and all below it that have children, making the selected item visible after each. The
+// control is drawn once, at the end.
 void ExpandTreeBranch(const CTreeCtrl& tree, HTREEITEM item);
 
 // The engine's name of a control's item and back; none is null.
