@@ -16,6 +16,8 @@
 std::vector<std::int64_t> MessageIdsOf(const StoreContext& store, const ENTRYLIST& list)
 {
     std::vector<std::int64_t> ids;
+    if (list.cValues > 0 && !list.lpbin)
+        throw MapiError(MAPI_E_INVALID_PARAMETER);
     for (const SBinary& entryId : std::span(list.lpbin, list.cValues))
         ids.push_back(DecodeEntryIdOf(store.uid, EntryKind::Message, entryId.cb, entryId.lpb).id);
     return ids;

@@ -160,6 +160,11 @@ Database::Database(const std::string& path)
     connection.reset(opened);
     if (code != SQLITE_OK)
         ThrowError();
+    // The file may come from anywhere: nothing that its schema holds beside tables and indexes is to run.
+    for (const int trusting :
+         {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA})
+        sqlite3_db_config(opened, trusting, 0, nullptr);
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
 }
 
 Statement Database::Prepare(const std::string& sql)

@@ -73,16 +73,35 @@ void RunNaming(Statement& statement)
     }
 }
 
-// The folder and all below it, the deepest first, as foreign keys want them deleted.
+// All folders below one, parents first, each followed by what is below it.
+std::vector<FolderPlace> ListTree(Database& database, std::int64_t top)
+{
+    // Ordering the queue by depth, deepest first, walks the tree in pre-order. A sound file has fewer folders
+    // below one than in all; the walk of a file whose folders lead in a circle would never end.
+    Statement statement = database.Prepare(
+        "WITH RECURSIVE tree (id, depth) AS (SELECT id, 0 FROM folder WHERE parent_id = ?1 UNION ALL SELECT "
+        "f.id, tree.depth + 1 FROM tree JOIN folder AS f ON f.parent_id = tree.id ORDER BY 2 DESC, 1 LIMIT "
+        "(SELECT count(*) FROM folder)) SELECT id, depth, (SELECT count(*) FROM folder) FROM tree");
+    statement.Bind(1, top);
+    std::vector<FolderPlace> places;
+    std::int64_t folderCount = 1;
+    while (statement.Step())
+    {
+        places.push_back({statement.Integer(0), statement.Integer(1)});
+        folderCount = statement.Integer(2);
+    }
+    if (static_cast<std::int64_t>(places.size()) >= folderCount)
+        throw StoreError(StoreFault::NotAStore, "The mail store is damaged: its folders lead in a circle.");
+    return places;
+}
+
+// The folder and all below it, children first, as foreign keys want them deleted.
 std::vector<std::int64_t> ListTreeBottomUp(Database& database, std::int64_t id)
 {
-    Statement statement = database.Prepare(
-        "WITH RECURSIVE tree (id, depth) AS (SELECT ?, 0 UNION ALL SELECT f.id, tree.depth + 1 FROM "
-        "tree JOIN folder AS f ON f.parent_id = tree.id) SELECT id FROM tree ORDER BY depth DESC");
-    statement.Bind(1, id);
-    std::vector<std::int64_t> ids;
-    while (statement.Step())
-        ids.push_back(statement.Integer(0));
+    std::vector<std::int64_t> ids = {id};
+    for (const FolderPlace& place : ListTree(database, id))
+        ids.push_back(place.id);
+    std::ranges::reverse(ids);
     return ids;
 }
 
@@ -113,17 +132,13 @@ void DeleteTree(Database& database, std::int64_t id, bool withTop)
 std::vector<FolderPlace> ListFolders(StoreFile& file, std::int64_t parentId, bool deep)
 {
     const StoreFile::Lease lease = file.Use();
-    // Ordering the queue by depth, deepest first, walks the tree in pre-order.
-    Statement statement = lease->Prepare(deep ? "WITH RECURSIVE tree (id, depth) AS (SELECT id, 0 FROM "
-                                                "folder WHERE parent_id = ?1 UNION ALL SELECT "
-                                                "f.id, tree.depth + 1 FROM tree JOIN folder AS f ON "
-                                                "f.parent_id = tree.id ORDER BY 2 DESC, 1) SELECT id, "
-                                                "depth FROM tree"
-                                              : "SELECT id, 0 FROM folder WHERE parent_id = ?1 ORDER BY id");
+    if (deep)
+        return ListTree(*lease, parentId);
+    Statement statement = lease->Prepare("SELECT id FROM folder WHERE parent_id = ? ORDER BY id");
     statement.Bind(1, parentId);
     std::vector<FolderPlace> places;
     while (statement.Step())
-        places.push_back({statement.Integer(0), statement.Integer(1)});
+        places.push_back({statement.Integer(0), 0});
     return places;
 }
 

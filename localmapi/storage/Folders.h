@@ -33,7 +33,7 @@ struct FolderPlace
 };
 
 // The folders below a folder, in the order they were made; with `deep` all of them, parents first, each
-// followed by what is below it.
+// followed by what is below it. Throws NotAStore when the file's folders lead in a circle.
 std::vector<FolderPlace> ListFolders(StoreFile& file, std::int64_t parentId, bool deep);
 
 // Values of folders by stored tag; tag::storedFolderId, tag::storedParentId and the properties of

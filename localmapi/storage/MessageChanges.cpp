@@ -129,15 +129,17 @@ void UpdateAttachFlag(Database& database, std::int64_t id)
 }
 
 // The bytes of what the message consists of. Only differences of it are added to message_size, whose base may
-// be an importer's count of the mail as it came.
+// be an importer's count of the mail as it came. Sizes in a damaged file may be any number; the sum is kept
+// to one that differences can be taken of.
 std::int64_t ContentSize(Database& database, std::int64_t id)
 {
     Statement statement = database.Prepare(
-        "SELECT length(CAST(m.subject AS BLOB)) + ifnull(length(CAST(t.headers AS BLOB)), 0) + "
+        "SELECT max(0, min(1e15, length(CAST(m.subject AS BLOB)) + ifnull(length(CAST(t.headers AS BLOB)), "
+        "0) + "
         "ifnull(length(CAST(t.body AS BLOB)), 0) + (SELECT total(length(CAST(p.value AS BLOB))) FROM "
         "message_property "
         "AS p WHERE p.message_id = m.id) + (SELECT total(a.size) FROM attachment AS a WHERE a.message_id = "
-        "m.id) "
+        "m.id))) "
         "FROM message AS m LEFT JOIN message_text AS t ON t.message_id = m.id WHERE m.id = ?");
     statement.Bind(1, id).Step();
     return statement.Integer(0);

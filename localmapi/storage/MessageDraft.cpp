@@ -8,6 +8,8 @@
 
 namespace
 {
+constexpr std::int64_t lastAttachmentNumber = 0x7FFFFFFF;    // PR_ATTACH_NUM is a PT_LONG
+
 bool IsStoresOwn(std::uint32_t tag)
 {
     return tag == tag::storedMessageId || tag == tag::storedFolderId;
@@ -125,7 +127,10 @@ std::int64_t MessageDraft::ReserveAttachmentNumber()
     const std::map<std::int64_t, Attachment> stored =
         id == 0 ? std::map<std::int64_t, Attachment>() : ReadAttachments(*file, id);
     if (!stored.empty())
-        nextAttachmentNumber = std::max(nextAttachmentNumber, stored.rbegin()->first + 1);
+        nextAttachmentNumber =
+            std::max(nextAttachmentNumber, std::min(stored.rbegin()->first, lastAttachmentNumber) + 1);
+    if (nextAttachmentNumber > lastAttachmentNumber)
+        throw StoreError(StoreFault::Full, "The message has no room for more attachments.");
     return nextAttachmentNumber++;
 }
 

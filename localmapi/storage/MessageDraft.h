@@ -31,7 +31,7 @@ public:
 
     std::map<std::int64_t, Attachment> Attachments();
     StoredValue AttachmentData(std::int64_t number);
-    std::int64_t ReserveAttachmentNumber();    // for one that does not exist before it is put
+    std::int64_t ReserveAttachmentNumber();    // for one that does not exist before it is put; throws Full
     void PutAttachment(std::int64_t number, AttachmentChange change);
     bool DeleteAttachment(std::int64_t number);    // whether it was there
 

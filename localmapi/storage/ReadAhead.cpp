@@ -1,6 +1,7 @@
 #include "localmapi/storage/ReadAhead.h"
 
 #include "localmapi/storage/MessageColumns.h"
+#include "localmapi/storage/StoreError.h"
 
 #include <algorithm>
 #include <string>
@@ -27,6 +28,8 @@ SharedRecord RecordOf(const Statement& statement, std::size_t columnCount)
     record->values.reserve(columnCount);
     for (std::size_t column = 0; column < columnCount; ++column)
         record->values.push_back(statement.Value(static_cast<int>(column)));
+    if (!std::holds_alternative<std::int64_t>(*record->Find(tag::storedFolderId)))
+        throw StoreError(StoreFault::NotAStore, "The mail store is damaged: a message lies in no folder.");
     return record;
 }
 

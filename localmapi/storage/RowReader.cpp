@@ -10,8 +10,10 @@ bool IsDenseRange(std::span<const std::int64_t> ids)
 {
     if (std::adjacent_find(ids.begin(), ids.end(), std::greater_equal<>()) != ids.end())
         return false;
-    const std::int64_t span = ids.back() - ids.front() + 1;
-    return span <= 4 * static_cast<std::int64_t>(ids.size());
+    // Of ids as far apart as a file may hold them only the unsigned distance is a number.
+    const std::uint64_t distance =
+        static_cast<std::uint64_t>(ids.back()) - static_cast<std::uint64_t>(ids.front());
+    return distance < 4 * static_cast<std::uint64_t>(ids.size());
 }
 
 std::string SelectList(const RowReaderPlan& plan, std::span<const std::uint32_t> tags)

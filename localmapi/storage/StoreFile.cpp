@@ -34,8 +34,15 @@ const std::string& RequireFile(const std::string& path)
 // A file that begins well may still have been cut off or overwritten.
 void RequireContents(Database& database, const std::string& path)
 {
-    if (database.ReadInteger("SELECT length(value) FROM setting WHERE name = 'store_uid'") != uidSize ||
-        database.ReadInteger("SELECT count(*) FROM folder WHERE id <= 11") != specialFolderCount)
+    // A column that a file computes may hold any amount of work and memory.
+    const std::int64_t computedColumns =
+        database.ReadInteger("SELECT count(*) FROM sqlite_schema AS s, pragma_table_xinfo(s.name) AS c WHERE "
+                             "s.type = 'table' AND c.hidden "
+                             "<> 0");
+    if (computedColumns != 0 ||
+        database.ReadInteger("SELECT length(value) FROM setting WHERE name = 'store_uid'") != uidSize ||
+        database.ReadInteger("SELECT count(*) FROM folder WHERE id BETWEEN 1 AND 11") != specialFolderCount ||
+        database.ReadInteger("SELECT count(*) FROM folder WHERE id = 1 AND parent_id IS NULL") != 1)
         throw StoreError(StoreFault::NotAStore, "The mail store " + path + " is damaged.");
 }
 
