@@ -2,6 +2,25 @@
 
 #include "quorvex/MapiError.h"
 
+VARIANT& ArgumentPlace::Value() const
+{
+    VARIANT& value = parameters.rgvarg[place];
+    if (!IsReadable(value))
+        throw BadArgument{DISP_E_TYPEMISMATCH, place};
+    return value;
+}
+
+bool IsReadable(const VARIANT& value) noexcept
+{
+    if (!(value.vt & VT_BYREF))
+        return true;
+    if (!value.byref)
+        return false;
+    // A VARIANT referred to may refer to a value, but not to a further VARIANT.
+    const VARIANT* const inner = value.vt == (VT_BYREF | VT_VARIANT) ? value.pvarVal : nullptr;
+    return !inner || (inner->vt != (VT_BYREF | VT_VARIANT) && IsReadable(*inner));
+}
+
 _variant_t CoerceArgument(ArgumentPlace argument, VARTYPE type)
 {
     _variant_t coerced;
@@ -24,6 +43,8 @@ _variant_t TextVariant(const std::wstring& text)
 
 long LongOf(const VARIANT& value)
 {
+    if (!IsReadable(value))
+        throw MapiError(DISP_E_TYPEMISMATCH, L"A number is needed here.");
     _variant_t number;
     const HRESULT result = VariantChangeType(&number, const_cast<VARIANT*>(&value), 0, VT_I4);
     if (FAILED(result))

@@ -25,8 +25,12 @@ struct ArgumentPlace
     const DISPPARAMS& parameters;
     UINT place;
 
-    VARIANT& Value() const noexcept { return parameters.rgvarg[place]; }
+    // Throws BadArgument for a VARIANT that cannot be looked into.
+    VARIANT& Value() const;
 };
+
+// Whether a VARIANT that refers to something does: callers may leave any of the pointers null.
+bool IsReadable(const VARIANT& value) noexcept;
 
 // The argument as one of `type`, converted the way VariantChangeType does; throws BadArgument.
 _variant_t CoerceArgument(ArgumentPlace argument, VARTYPE type);
@@ -107,7 +111,7 @@ template <>
 class DispatchArgument<VARIANT>
 {
 public:
-    DispatchArgument(ArgumentPlace argument) noexcept : value(LookThrough(argument.Value())) {}
+    DispatchArgument(ArgumentPlace argument) : value(LookThrough(argument.Value())) {}
     const VARIANT& Get() const noexcept { return value; }
 
 private:

@@ -18,7 +18,8 @@ HRESULT CheckArguments(const Operation& operation, const DISPPARAMS& parameters)
         return DISP_E_BADPARAMCOUNT;
     if (parameters.cArgs > 0 && !parameters.rgvarg)
         return E_INVALIDARG;
-    if (named && (parameters.cNamedArgs == 0 || parameters.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
+    if (named && (parameters.cNamedArgs == 0 || !parameters.rgdispidNamedArgs ||
+                  parameters.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
         return DISP_E_PARAMNOTFOUND;
     return S_OK;
 }

@@ -7,11 +7,17 @@
 
 namespace
 {
-// What the caller's VARIANT holds, its own even where the caller's only refers to it.
+// What the caller's VARIANT holds, its own even where the caller's only refers to it. No property's value is
+// an object, and one of the restriction's own, kept in it, would keep it alive for ever; nor is any an array
+// but of bytes.
 _variant_t CopyOf(const VARIANT& value)
 {
     _variant_t copy;
     CheckMapi(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)), L"take the value of a condition");
+    const bool isObject = copy.vt == VT_DISPATCH || copy.vt == VT_UNKNOWN;
+    if (isObject || ((copy.vt & VT_ARRAY) && copy.vt != (VT_ARRAY | VT_UI1)))
+        throw MapiError(E_INVALIDARG,
+                        L"The value of a condition is a text, a number, a time or an array of bytes.");
     return copy;
 }
 }    // namespace

@@ -3,7 +3,9 @@
 #include "quorvex/DispatchArguments.h"
 #include "quorvex/MapiError.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace
 {
@@ -32,10 +34,18 @@ private:
     void* data = nullptr;
 };
 
-bool HoldsVariants(SAFEARRAY* array)
+// VT_EMPTY when the array does not say.
+VARTYPE ElementTypeOf(SAFEARRAY* array)
 {
     VARTYPE type = VT_EMPTY;
-    return SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_VARIANT;
+    return SUCCEEDED(SafeArrayGetVartype(array, &type)) ? type : VARTYPE{VT_EMPTY};
+}
+
+// Elements of other types may be as large: pointers, above all.
+bool MayBeInteger(VARTYPE type)
+{
+    constexpr VARTYPE types[] = {VT_EMPTY, VT_I4, VT_UI4, VT_INT, VT_UINT, VT_I8, VT_UI8};
+    return std::ranges::find(types, type) != std::end(types);
 }
 
 std::vector<ULONG> TagsOfVariants(const ArrayElements& elements)
@@ -99,11 +109,12 @@ std::vector<ULONG> TagsOfArray(SAFEARRAY* array)
     if (array && SafeArrayGetDim(array) == 1)
     {
         const ArrayElements elements(array);
-        if (HoldsVariants(array))
+        const VARTYPE type = ElementTypeOf(array);
+        if (type == VT_VARIANT)
             return TagsOfVariants(elements);
-        if (SafeArrayGetElemsize(array) == sizeof(std::uint32_t))
+        if (MayBeInteger(type) && SafeArrayGetElemsize(array) == sizeof(std::uint32_t))
             return TagsOfIntegers<std::uint32_t>(elements);
-        if (SafeArrayGetElemsize(array) == sizeof(std::uint64_t))
+        if (MayBeInteger(type) && SafeArrayGetElemsize(array) == sizeof(std::uint64_t))
             return TagsOfIntegers<std::uint64_t>(elements);
     }
     throw MapiError(DISP_E_TYPEMISMATCH, L"Columns are an array of 32-bit property tags with one dimension.");
