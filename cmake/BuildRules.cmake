@@ -1,5 +1,6 @@
 # How every target of ours is compiled and where what we deliver is put.
 option(TQODR_SANITIZE "Build with AddressSanitizer and UBSan (native only)" OFF)
+option(TQODR_FUZZ "Build the fuzzers instead of the programs and tests (native only, with clang)" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -45,6 +46,9 @@ elseif(TQODR_SANITIZE)
     target_compile_options(tqodr_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tqodr_options INTERFACE -fsanitize=address,undefined)
+    if(TQODR_FUZZ)
+        target_compile_options(tqodr_options INTERFACE -fsanitize=fuzzer-no-link)
+    endif()
 endif()
 
 # tqodr_room(NAME SOURCES...): a static library of one room.
