@@ -45,7 +45,9 @@ std::string PlainFileName(std::string name)
     if (separator != std::string::npos)
         name.erase(0, separator + 1);
     std::erase_if(name, [](unsigned char character) { return character < ' ' || character == 0x7F; });
-    return std::string(Trimmed(name));
+    const std::string_view plain = Trimmed(name);
+    // The folder itself and the one above it are no files.
+    return plain == "." || plain == ".." ? std::string() : std::string(plain);
 }
 
 std::string GivenFileName(GMimeObject* object)

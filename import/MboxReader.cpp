@@ -116,8 +116,12 @@ std::optional<RawMail> MboxReader::Next()
         return std::nullopt;
     RawMail mail;
     mail.hasStatusHeaders = true;
-    mail.envelopeTime = EnvelopeTime(Line());
-    Advance();
+    // A file that has changed since it was looked at may begin with something else.
+    if (Line().starts_with(separatorStart))
+    {
+        mail.envelopeTime = EnvelopeTime(Line());
+        Advance();
+    }
     bool inBody = false;
     bool afterEmptyLine = false;
     for (std::string_view line = Line(); !line.empty() && !IsSeparator(afterEmptyLine); line = Line())

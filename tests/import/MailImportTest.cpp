@@ -63,6 +63,17 @@ protected:
     void SetUp() override { fs::remove(store.parent_path() / "keep"); }
 };
 
+TEST_F(MailImport, RunsNoTriggerOfTheStoreItAddsTo)
+{
+    directory.Write("ham.mbox", Mbox(3));
+    ASSERT_EQ(Import({Path("ham.mbox")}).exitCode, 0);
+    Database(store).Execute("CREATE TRIGGER gone AFTER INSERT ON message BEGIN DELETE FROM message; END");
+
+    ASSERT_EQ(Import({Path("ham.mbox")}).exitCode, 0);
+
+    EXPECT_EQ(StoreQuery(store).Number("SELECT count(*) FROM message"), 6);
+}
+
 TEST_F(MailImport, MakesAStoreOfThisFormat)
 {
     directory.Write("ham.mbox", Mbox(3));

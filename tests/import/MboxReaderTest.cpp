@@ -40,6 +40,14 @@ TEST_F(Mbox, TakesTheTimeOfTheSeparator)
     EXPECT_EQ(mails[0].envelopeTime, FileTimeFromUnix(1030019783));
 }
 
+TEST_F(Mbox, KeepsAFirstLineThatIsNoSeparator)
+{
+    const auto mails = Read("a:\nb");
+
+    ASSERT_EQ(mails.size(), 1u);
+    EXPECT_EQ(mails[0].bytes, "a:\nb");
+}
+
 TEST_F(Mbox, MayEndWithoutALineEnd)
 {
     const auto mails = Read(separator + "Subject: 1\n\nlast words");

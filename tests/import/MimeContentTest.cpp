@@ -42,6 +42,8 @@ INSTANTIATE_TEST_SUITE_P(
         std::pair("Content-Disposition: attachment; filename*0*=utf-8''a%20; filename*1=b.txt", "a b.txt"),
         std::pair("Content-Type: application/pdf; name=\"C:\\\\dir\\\\plan.pdf\"", "plan.pdf"),
         std::pair("Content-Disposition: attachment; filename=\"../../etc/passwd\"", "passwd"),
+        std::pair("Content-Disposition: attachment; filename=\"a/..\"", "ATT00001.txt"),
+        std::pair("Content-Disposition: attachment; filename=\" . \"", "ATT00001.txt"),
         std::pair("Content-Type: application/pdf", "ATT00001.pdf"),
         std::pair("Content-Type: application/x-nobody-knows", "ATT00001.dat"),
         std::pair("Content-Disposition: attachment; filename=\"caf\xE9.txt\"", "caf\u00E9.txt")));
