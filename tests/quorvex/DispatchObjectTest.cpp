@@ -134,6 +134,40 @@ TEST_F(DispatchObject, LooksThroughReferences)
     EXPECT_EQ(automation::LongOf(result), 42);
 }
 
+TEST_F(DispatchObject, RefusesReferencesToNothing)
+{
+    VARIANT toVariant{};
+    toVariant.vt = VT_BYREF | VT_VARIANT;
+    VARIANT toNumber{};
+    toNumber.vt = VT_BYREF | VT_I4;
+    VARIANT toBoth{};
+    toBoth.vt = VT_BYREF | VT_VARIANT;
+    toBoth.pvarVal = &toNumber;
+    for (VARIANT argument : {toVariant, toNumber, toBoth})
+        for (const DISPID id : {CEcho::any, CEcho::date, CEcho::object})
+        {
+            DISPPARAMS parameters{&argument, nullptr, 1, 0};
+            UINT place = 99;
+
+            const HRESULT result =
+                echo->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, &place);
+
+            EXPECT_EQ(result, DISP_E_TYPEMISMATCH) << id;
+            EXPECT_EQ(place, 0u) << id;
+        }
+}
+
+TEST_F(DispatchObject, RefusesAPutThatHoldsBackItsNames)
+{
+    VARIANT value = _variant_t(5L, VT_I4);
+    DISPPARAMS parameters{&value, nullptr, 1, 1};
+
+    const HRESULT result = echo->Invoke(CEcho::stored, IID_NULL, 0, DISPATCH_PROPERTYPUT, &parameters,
+                                        nullptr, nullptr, nullptr);
+
+    EXPECT_EQ(result, DISP_E_PARAMNOTFOUND);
+}
+
 TEST_F(DispatchObject, PassesAMissingVariantOnAsItIs)
 {
     const auto outcome = Invoke(CEcho::any, DISPATCH_METHOD, {automation::Missing()});

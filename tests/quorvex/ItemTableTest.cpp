@@ -308,6 +308,18 @@ TEST_F(ItemTableTest, RefusesColumnsThatAreNoTags)
 
     EXPECT_EQ(put(entryIdTag), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(put(ArrayVariant(MakeArray(VT_UI1, 4), VT_UI1)), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(put(ArrayVariant(MakeArray(VT_BSTR, 2), VT_BSTR)), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(put(ArrayVariant(MakeArray(VT_R8, 2), VT_R8)), DISP_E_TYPEMISMATCH);
+}
+
+TEST_F(ItemTableTest, TakesNoObjectForTheValueOfACondition)
+{
+    const auto condition = SetRestriction(RES_PROPERTY);
+
+    const Outcome outcome = Invoke(condition.Get(), dispid::propertyRestriction::value, DISPATCH_PROPERTYPUT,
+                                   {_variant_t(condition.Get())});
+
+    EXPECT_EQ(outcome.code, E_INVALIDARG);
 }
 
 TEST_F(ItemTableTest, TellsThatAValueDoesNotSuitItsProperty)
