@@ -49,6 +49,11 @@ elseif(TQODR_SANITIZE)
     if(TQODR_FUZZ)
         target_compile_options(tqodr_options INTERFACE -fsanitize=fuzzer-no-link)
     endif()
+else()
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    target_compile_options(tqodr_options INTERFACE -fstack-protector-strong)
+    target_compile_definitions(tqodr_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+    target_link_options(tqodr_options INTERFACE -pie -Wl,-z,relro,-z,now,-z,noexecstack)
 endif()
 
 # tqodr_room(NAME SOURCES...): a static library of one room.

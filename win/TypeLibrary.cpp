@@ -49,7 +49,7 @@ bool HasTypeLibrary(WORD number) noexcept
 template <class Function>
 HRESULT CallAutomation(const char* name, Function&& call) noexcept
 {
-    const ModuleHandle automation(::LoadLibraryW(L"OLEAUT32.DLL"));
+    const ModuleHandle automation(::LoadLibraryExW(L"OLEAUT32.DLL", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
     if (!automation)
         return HRESULT_FROM_WIN32(::GetLastError());
     const FARPROC found = ::GetProcAddress(automation.get(), name);
