@@ -33,7 +33,6 @@ void Flatten(InternetAddressList* list, std::vector<MailAddress>& addresses)
     }
     std::erase_if(addresses, [](const MailAddress& address) { return address.name.empty(); });
 }
-
 }    // namespace
 
 void ReadAddresses(std::string_view value, std::vector<MailAddress>& addresses)
