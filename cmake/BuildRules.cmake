@@ -1,6 +1,7 @@
 # How every target of ours is compiled and where what we deliver is put.
 option(TQODR_SANITIZE "Build with AddressSanitizer and UBSan (native only)" OFF)
 option(TQODR_FUZZ "Build the fuzzers instead of the programs and tests (native only, with clang)" OFF)
+option(TQODR_RELEASE "Build the same bytes in whatever folder" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -23,6 +24,15 @@ if(CMAKE_BINARY_DIR STREQUAL "${CMAKE_SOURCE_DIR}/build/${TQODR_ARCH}")
     set(TQODR_DIST ${CMAKE_SOURCE_DIR}/dist/${TQODR_ARCH})
 else()
     set(TQODR_DIST ${CMAKE_BINARY_DIR}/dist)
+endif()
+
+# A delivered file tells nothing of the time it was linked at.
+if(WIN32)
+    add_link_options(-Wl,--no-insert-timestamp)
+endif()
+# Nor, for a release, where the sources lay: debuggers find them when they are started in the project's folder.
+if(TQODR_RELEASE)
+    add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>)
 endif()
 
 add_library(tqodr_options INTERFACE)
@@ -56,6 +66,9 @@ else()
     target_link_options(tqodr_options INTERFACE -pie -Wl,-z,relro,-z,now,-z,noexecstack)
 endif()
 
+# Everything that is delivered, without tests.
+add_custom_target(delivery)
+
 # tqodr_room(NAME SOURCES...): a static library of one room.
 function(tqodr_room name)
     add_library(${name} STATIC ${ARGN})
@@ -70,6 +83,10 @@ function(tqodr_delivered target)
         LIBRARY_OUTPUT_DIRECTORY ${TQODR_DIST}
         ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/implib)
     target_link_libraries(${target} PRIVATE tqodr_options)
+    add_dependencies(delivery ${target})
+    if(WIN32)
+        tqodr_symbols_apart(${target})
+    endif()
 endfunction()
 
 # tqodr_library_entry(TARGET): has a library give back, when it is unloaded, what its runtime took of the process.

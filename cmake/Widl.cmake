@@ -1,5 +1,8 @@
 # The interface compiler, its IDL files and the standard type library, as the packages lay them down.
 find_program(TQODR_WIDL NAMES ${TQODR_TRIPLE}-widl REQUIRED)
+find_program(TQODR_FAKETIME faketime REQUIRED)
+# The compiler writes the time of day into a type library.
+set(TQODR_WIDL_AT_FIXED_TIME ${CMAKE_COMMAND} -E env TZ=UTC ${TQODR_FAKETIME} -f "2000-01-01 00:00:00" ${TQODR_WIDL})
 
 # tqodr_package_folder(VARIABLE PACKAGE FILE): the folder in which PACKAGE has FILE.
 function(tqodr_package_folder variable package file)
@@ -30,7 +33,8 @@ function(tqodr_idl target)
     set(folder ${CMAKE_BINARY_DIR}/generated/${room})
     file(MAKE_DIRECTORY ${folder})
     list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ OUTPUT_VARIABLE all)
-    set(widl ${TQODR_WIDL} ${TQODR_WIDL_TARGET} -I${CMAKE_CURRENT_SOURCE_DIR} -I${TQODR_IDL_FOLDER})
+    set(arguments ${TQODR_WIDL_TARGET} -I${CMAKE_CURRENT_SOURCE_DIR} -I${TQODR_IDL_FOLDER})
+    set(widl ${TQODR_WIDL} ${arguments})
     set(outputs)
     set(identifiers)
     foreach(file ${ARGN})
@@ -41,7 +45,7 @@ function(tqodr_idl target)
         add_custom_command(OUTPUT ${output}.h ${output}_i.c ${output}.tlb
             COMMAND ${widl} -h -o ${output}.h ${source}
             COMMAND ${widl} -u -o ${output}_i.c ${source}
-            COMMAND ${widl} -L ${TQODR_STDOLE_FOLDER} -t -o ${output}.tlb ${source}
+            COMMAND ${TQODR_WIDL_AT_FIXED_TIME} ${arguments} -L ${TQODR_STDOLE_FOLDER} -t -o ${output}.tlb ${source}
             DEPENDS ${all}
             COMMENT "Compiling ${room}/${file}"
             VERBATIM)
