@@ -14,6 +14,7 @@ class InstalledProduct : public testing::Test
 {
 protected:
     InstallEntry entry;
+    InstallEntry userEntry{HKEY_CURRENT_USER};
 
     void SetRaw(DWORD type, const std::wstring& data) const
     {
@@ -42,6 +43,36 @@ TEST_F(InstalledProduct, LiesNowhereWithoutTheValueOrTheKey)
 
     EXPECT_EQ(InstallFolder(), L"");
     EXPECT_EQ(InstallFolderOfHelp(), L"");
+}
+
+TEST_F(InstalledProduct, LiesInTheUsersFolderWhereTheMachineNamesNone)
+{
+    entry.Remove();
+    userEntry.Set(L"C:\\Users\\me\\Talmorex");
+
+    EXPECT_EQ(InstallFolder(), L"C:\\Users\\me\\Talmorex");
+    EXPECT_EQ(InstallFolderOfHelp(), L"C:\\Users\\me\\Talmorex");
+}
+
+TEST_F(InstalledProduct, LiesInTheMachinesFolderBeforeTheUsers)
+{
+    entry.Set(L"C:\\Program Files\\Talmorex");
+    userEntry.Set(L"C:\\Users\\me\\Talmorex");
+
+    EXPECT_EQ(InstallFolder(), L"C:\\Program Files\\Talmorex");
+    EXPECT_EQ(InstallFolderOfHelp(), L"C:\\Program Files\\Talmorex");
+}
+
+TEST_F(InstalledProduct, IsFoundByHelpInUsersPathsOfThatLengthAsWell)
+{
+    entry.Remove();
+    const std::wstring longest(129, L'a');
+    userEntry.Set(longest);
+    EXPECT_EQ(InstallFolderOfHelp(), longest);
+
+    userEntry.Set(longest + L"a");
+    EXPECT_EQ(InstallFolderOfHelp(), L"");
+    EXPECT_EQ(InstallFolder(), longest + L"a");
 }
 
 TEST_F(InstalledProduct, IsFoundByHelpInPathsOfAtMost130CharactersWithTheZero)

@@ -7,17 +7,16 @@ const wchar_t makerPath[] = L"Software\\Talmorex";
 const wchar_t valueName[] = L"Path";
 }    // namespace
 
-InstallEntry::InstallEntry()
+InstallEntry::InstallEntry(HKEY root) : root(root)
 {
-    hadKey = static_cast<bool>(RegistryKey::Open(HKEY_LOCAL_MACHINE, keyPath, KEY_READ));
+    hadKey = static_cast<bool>(RegistryKey::Open(root, keyPath, KEY_READ));
     DWORD type = REG_NONE;
     DWORD size = 0;
-    if (::RegGetValueW(HKEY_LOCAL_MACHINE, keyPath, valueName, RRF_RT_ANY | RRF_NOEXPAND, &type, nullptr,
-                       &size) != ERROR_SUCCESS)
+    if (::RegGetValueW(root, keyPath, valueName, RRF_RT_ANY | RRF_NOEXPAND, &type, nullptr, &size) !=
+        ERROR_SUCCESS)
         return;
     before.emplace(Value{type, std::vector<BYTE>(size)});
-    ::RegGetValueW(HKEY_LOCAL_MACHINE, keyPath, valueName, RRF_RT_ANY | RRF_NOEXPAND, &type,
-                   before->data.data(), &size);
+    ::RegGetValueW(root, keyPath, valueName, RRF_RT_ANY | RRF_NOEXPAND, &type, before->data.data(), &size);
     before->data.resize(size);
 }
 
@@ -39,17 +38,17 @@ void InstallEntry::Set(const std::wstring& folder) const
 void InstallEntry::SetRaw(DWORD type, const void* data, DWORD size) const
 {
     // RegSetKeyValueW makes the key when it is not there.
-    ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, keyPath, valueName, type, data, size);
+    ::RegSetKeyValueW(root, keyPath, valueName, type, data, size);
 }
 
 void InstallEntry::Remove() const
 {
-    ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, keyPath, valueName);
+    ::RegDeleteKeyValueW(root, keyPath, valueName);
 }
 
 void InstallEntry::RemoveKey() const
 {
-    ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, keyPath);
+    ::RegDeleteKeyW(root, keyPath);
     // Refused while the maker has other products there.
-    ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, makerPath);
+    ::RegDeleteKeyW(root, makerPath);
 }

@@ -44,12 +44,12 @@ private:
     std::filesystem::path path;
 };
 
-// The registry's entry of the installation folder, for all users of the scratch prefix: a test changes it as
-// it likes, and it comes back to what it was.
+// The registry's entry of the installation folder, for all users of the scratch prefix or for one: a test
+// changes it as it likes, and it comes back to what it was.
 class InstallEntry
 {
 public:
-    InstallEntry();
+    explicit InstallEntry(HKEY root = HKEY_LOCAL_MACHINE);
     InstallEntry(const InstallEntry&) = delete;
     InstallEntry& operator=(const InstallEntry&) = delete;
     ~InstallEntry();
@@ -65,6 +65,7 @@ private:
         DWORD type;
         std::vector<BYTE> data;
     };
+    HKEY root;
     std::optional<Value> before;
     bool hadKey = false;
 };
