@@ -37,6 +37,7 @@ FunctionEnd
 Function MakeRoom
     StrCpy $Begun 1
     ${If} $FormerDir != $INSTDIR
+        StrCpy $FormerFirstFolder $FirstFolder
         Call NoteFolders
     ${EndIf}
     Call NoteKeys
@@ -75,6 +76,7 @@ Function Undo
     Call Unregister
     ${If} $FormerDir == ""
         !insertmacro EachFile DeleteFile "$INSTDIR" "$Arch"
+        StrCpy $R2 $FirstFolder
         Call RemoveFolders
         Call RemoveEntry
     ${Else}
@@ -86,6 +88,7 @@ FunctionEnd
 Function UndoUpgrade
     ${If} $FormerDir != $INSTDIR
         !insertmacro EachFile DeleteFile "$INSTDIR" "$Arch"
+        StrCpy $R2 $FirstFolder
         Call RemoveFolders
     ${ElseIf} $FormerArch != $Arch
         !insertmacro EachBinary DeleteFile "$INSTDIR\$Arch"
@@ -105,13 +108,13 @@ Function RemoveFormerFiles
         Return
     ${EndIf}
     !insertmacro EachFile DeletePrevious "$FormerDir" "$FormerArch"
+    StrCpy $R0 $FormerDir
+    StrCpy $R1 $FormerArch
+    StrCpy $R2 ""
     ${If} $FormerDir != $INSTDIR
-    ${OrIf} $FormerArch != $Arch
-        RMDir "$FormerDir\$FormerArch"
+        StrCpy $R2 $FormerFirstFolder
     ${EndIf}
-    ${If} $FormerDir != $INSTDIR
-        RMDir $FormerDir
-    ${EndIf}
+    Call RemoveFolders
 FunctionEnd
 
 ; Below Program Files only administrators write. Elsewhere, where for example any user may add to a folder of the

@@ -37,7 +37,13 @@
     DeleteRegKey SHCTX "${CLASSES_KEY}\TalmoreQuorvexOutlookDuplicate.Duplic.1"
     DeleteRegKey SHCTX "${CLASSES_KEY}\CLSID\${ADDIN_CLASS}"
     DeleteRegKey SHCTX "${CLASSES_KEY}\CLSID\{A3869348-5CFE-4B76-8804-8EC700CC9935}"
+    ; The system mirrors the interface for the other kind of programs, on some systems in the machine's classes always.
+    SetRegView 32
     DeleteRegKey SHCTX "${CLASSES_KEY}\Interface\{A3869348-5CFE-4B76-8804-8EC700CC9935}"
+    DeleteRegKey HKLM "${CLASSES_KEY}\Interface\{A3869348-5CFE-4B76-8804-8EC700CC9935}"
+    SetRegView 64
+    DeleteRegKey SHCTX "${CLASSES_KEY}\Interface\{A3869348-5CFE-4B76-8804-8EC700CC9935}"
+    !insertmacro UseViewOf $R1
     DeleteRegKey SHCTX "${CLASSES_KEY}\TypeLib\{FB9E5801-82CC-4476-B5D0-87A629368043}"
     DeleteRegKey SHCTX "${CLASSES_KEY}\AppID\{12DF1D42-4073-431E-B3F3-63AB8BDB08E0}"
     DeleteRegKey SHCTX "${CLASSES_KEY}\AppID\TalmoreQuorvexOutlookDuplicateRemover.DLL"

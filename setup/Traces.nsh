@@ -1,6 +1,7 @@
 ; Remembers which registry keys and folders were not there before, so that the removal leaves what was.
-Var FirstFolder    ; the topmost folder that the installation made, empty when it made none
-Var MadeKeys       ; how many keys are noted
+Var FirstFolder          ; the topmost folder that the installation made, empty when it made none
+Var FormerFirstFolder    ; the same of the installation that is replaced
+Var MadeKeys             ; how many keys are noted
 
 ; Sets FirstFolder for a new installation in $INSTDIR.
 Function NoteFolders
@@ -91,7 +92,7 @@ FunctionEnd
 
 ; RemoveEntry: removes the entry for removal, then the keys that it notes, each before those above it; keys that somebody
 ; else has put something into stay.
-; RemoveFolders: removes the folders that were made and are empty, of the installation in $INSTDIR of kind $Arch.
+; RemoveFolders: removes the empty folders of the installation in $R0 of kind $R1, up to $R2, the topmost that it made.
 !macro DefineRemoveTraces un
 Function ${un}RemoveEntry
     StrCpy $MadeKeys 0
@@ -126,14 +127,14 @@ FunctionEnd
 
 Function ${un}RemoveFolders
     SetOutPath $TEMP
-    RMDir "$INSTDIR\$Arch"
-    ${If} $FirstFolder == ""
+    RMDir "$R0\$R1"
+    ${If} $R2 == ""
         Return
     ${EndIf}
-    StrCpy $0 $INSTDIR
+    StrCpy $0 $R0
     ${Do}
         RMDir $0
-        ${If} $0 == $FirstFolder
+        ${If} $0 == $R2
         ${OrIf} $0 == ""
             Return
         ${EndIf}

@@ -101,6 +101,7 @@ Section "Uninstall"
     ${EndIf}
     SetOutPath $TEMP
     !insertmacro EachFile DeleteFile "$INSTDIR" "$Arch"
+    StrCpy $R2 $FirstFolder
     Call un.RemoveFolders
     Call un.RemoveEntry
 SectionEnd

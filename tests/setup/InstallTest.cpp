@@ -52,7 +52,7 @@ TEST_F(Installation, PutsItsFilesIntoTheUsersOwnFolder)
         EXPECT_TRUE(std::filesystem::is_regular_file(folder / file)) << file;
     EXPECT_FALSE(std::filesystem::exists(folder / L"x86"));
     for (const std::wstring& file : AddedFiles())
-        EXPECT_TRUE(IsBelow(file, folder.parent_path().wstring())) << file;
+        EXPECT_TRUE(IsBelow(file, folder.parent_path().parent_path().wstring())) << file;
 }
 
 TEST_F(Installation, OfAUserRegistersForHimAlone)

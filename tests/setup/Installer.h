@@ -11,6 +11,7 @@
 namespace installer
 {
 inline constexpr DWORD done = 0;
+inline constexpr DWORD fileNotWritten = 2;
 inline constexpr DWORD stillOpen = 3;
 inline constexpr DWORD registrationFailed = 4;
 inline constexpr DWORD wrongUsage = 6;

@@ -156,6 +156,16 @@ TEST_F(Refusal, OfARegistrationThatFailsLeavesNothing)
     ::RegDeleteTreeW(HKEY_CURRENT_USER, overrides.c_str());
 }
 
+TEST_F(Refusal, OfAFolderThatCannotBeMadeLeavesNothing)
+{
+    std::ofstream(scratch) << "a file where a folder should be";
+    StartFromHere();
+
+    EXPECT_EQ(installer::Run(L"/ALLUSERS /D=" + scratch.wstring() + L"\\x"), installer::fileNotWritten);
+
+    ExpectNothingChanged();
+}
+
 const wchar_t anotherClass[] = L"{11111111-2222-3333-4444-555555555555}";
 
 // A mail-store server that somebody else has registered under the same name.
@@ -186,7 +196,7 @@ TEST_F(AnotherServer, IsLeftAloneByAnInstallationForTheMachine)
     ASSERT_EQ(installer::Run(L"/ALLUSERS"), installer::done);
 
     EXPECT_EQ(RegistryText(HKEY_LOCAL_MACHINE, progId + L"\\CLSID", L""), anotherClass);
-    EXPECT_EQ(RemovedEntries(), RegistryImage::Entries());
+    EXPECT_EQ(RegistryText(HKEY_LOCAL_MACHINE, progId, L""), L"Another Server");
     EXPECT_EQ(installer::EntryNumber(For::everyone, L"MailStoreServer"), 0u);
 }
 
@@ -254,6 +264,7 @@ protected:
     static void ExpectX86IsChosen()
     {
         const DWORD code = installer::Run(L"/ALLUSERS");
+        // The system's kind, x64, would just be done.
         if (code == installer::done)
             EXPECT_EQ(installer::EntryText(For::everyone, L"Architecture"), L"x86");
         else

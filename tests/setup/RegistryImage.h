@@ -6,9 +6,9 @@
 #include <string>
 
 // All of the registry's software, for the machine and for the user, at one time. Wine writes it out as text
-// in one go; to ask for each value would take a hundred times as long. A key is "HKLM\Software\..." or
-// "HKCU\Software\...", a value the key, a bar, and name and data as the text has them:
-// HKCU\Software\Talmorex\Talmore Outlook Manager|"Path"="C:\\somewhere".
+// in one go; to ask for each value would take a hundred times as long. A key that has values, or no keys
+// below it, is "HKLM\Software\..." or "HKCU\Software\...", a value the key, a bar, and name and data as the
+// text has them: HKCU\Software\Talmorex\Talmore Outlook Manager|"Path"="C:\\somewhere".
 class RegistryImage
 {
 public:

@@ -57,7 +57,7 @@ TEST_F(Upgrade, MovesToAnotherFolderThatIsNamed)
 {
     ASSERT_EQ(installer::Run(L"/D=" + scratch.wstring()), installer::done);
 
-    EXPECT_FALSE(std::filesystem::exists(folder));
+    EXPECT_FALSE(std::filesystem::exists(folder.parent_path()));
     EXPECT_TRUE(std::filesystem::exists(scratch / L"x64\\QuorvexDll.dll"));
     EXPECT_EQ(installer::EntryText(For::everyone, L"InstallLocation"), scratch.wstring());
     EXPECT_EQ(RegistryText(HKEY_LOCAL_MACHINE, L"Software\\Talmorex\\Talmore Outlook Manager", L"Path"),
