@@ -149,6 +149,13 @@ FunctionEnd
 ; $INSTDIR: what /D= says, else where it is already, else the usual place.
 Function ChooseFolder
     ${If} $INSTDIR == ""
+        ; A folder that cannot be has been taken off the switches before this.
+        System::Call 'kernel32::GetCommandLineW() w .R1'
+        ClearErrors
+        ${GetOptions} $R1 "/D=" $R1
+        ${IfNot} ${Errors}
+            !insertmacro Refuse ${EXIT_USAGE} "The folder of /D= cannot be made."
+        ${EndIf}
         StrCpy $INSTDIR $FormerDir
     ${EndIf}
     ${If} $INSTDIR == ""

@@ -149,6 +149,11 @@ FunctionEnd
 ; Before anything lies in them. A folder that was there before keeps its own rights.
 Function MakeFolders
     CreateDirectory "$INSTDIR\$Arch"
+    ${IfNot} ${FileExists} "$INSTDIR\$Arch\*.*"
+        Call Undo
+        MessageBox MB_OK|MB_ICONSTOP "The folder $INSTDIR cannot be written to. Setup has undone what it did." /SD IDOK
+        Abort "The folder cannot be written to."
+    ${EndIf}
     Call IsProtectionNeeded
     ${If} $R9 == 1
         ${If} $FirstFolder != ""

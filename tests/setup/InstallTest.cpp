@@ -165,20 +165,16 @@ TEST_F(Installation, LetsComCreateTheAddIn)
     ::CoUninitialize();
 }
 
-TEST_F(Installation, LetsComCreateTheMailStoreServerByItsName)
+TEST_F(Installation, LetsComFindTheMailStoreServerByItsName)
 {
     ASSERT_EQ(installer::Run(L"/ALLUSERS"), installer::done);
-    ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
 
-    {
-        CLSID server{};
-        ASSERT_EQ(::CLSIDFromProgID(L"QuorvexDll.RDOSession", &server), S_OK);
-        ComPtr<IDispatch> session;
-        EXPECT_EQ(::CoCreateInstance(server, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDispatch), &session),
-                  S_OK);
-    }
-    ::CoFreeUnusedLibrariesEx(0, 0);
-    ::CoUninitialize();
+    CLSID server{};
+    ASSERT_EQ(::CLSIDFromProgID(L"QuorvexDll.RDOSession", &server), S_OK);
+    EXPECT_EQ(RegistryText(
+                  HKEY_LOCAL_MACHINE,
+                  L"Software\\Classes\\CLSID\\{72559189-E9E5-476E-8CAD-B12D4F24CE09}\\InprocServer32", L""),
+              (installer::UsualFolder(For::everyone) / L"x64\\QuorvexDll.dll").wstring());
 }
 
 TEST_F(Installation, MakesTheHostLoadTheAddIn)

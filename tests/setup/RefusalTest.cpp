@@ -156,12 +156,23 @@ TEST_F(Refusal, OfARegistrationThatFailsLeavesNothing)
     ::RegDeleteTreeW(HKEY_CURRENT_USER, overrides.c_str());
 }
 
-TEST_F(Refusal, OfAFolderThatCannotBeMadeLeavesNothing)
+TEST_F(Refusal, OfAFolderBelowAFile)
 {
     std::ofstream(scratch) << "a file where a folder should be";
     StartFromHere();
 
-    EXPECT_EQ(installer::Run(L"/ALLUSERS /D=" + scratch.wstring() + L"\\x"), installer::fileNotWritten);
+    EXPECT_EQ(installer::Run(L"/ALLUSERS /D=" + scratch.wstring() + L"\\x"), installer::wrongUsage);
+
+    ExpectNothingChanged();
+}
+
+TEST_F(Refusal, OfAFolderThatCannotBeWrittenToLeavesNothing)
+{
+    std::filesystem::create_directory(scratch);
+    std::ofstream(scratch / L"x64") << "a file where a folder should be";
+    StartFromHere();
+
+    EXPECT_EQ(installer::Run(L"/ALLUSERS /D=" + scratch.wstring()), installer::fileNotWritten);
 
     ExpectNothingChanged();
 }
