@@ -46,6 +46,20 @@ void SetProperty(IMAPIProp* object, SPropValue value)
         ThrowMapiError(problems->aProblem[0].scode, nullptr, L"change the message");
 }
 
+// Around a change of the store: lets go of what is known of the folders, even when the change fails. A store
+// may have made it all the same.
+class ChangeOfStore
+{
+public:
+    explicit ChangeOfStore(SessionContext& changed) : session(changed) {}
+    ~ChangeOfStore() { session.Snapshots().InvalidateAll(); }
+    ChangeOfStore(const ChangeOfStore&) = delete;
+    ChangeOfStore& operator=(const ChangeOfStore&) = delete;
+
+private:
+    SessionContext& session;
+};
+
 ULONG FlagTextTag(IMAPIProp* object)
 {
     GUID propertySet = tag::commonPropertySet;
@@ -237,8 +251,8 @@ void CMailItem::Save()
 {
     const std::lock_guard lock(mutex);
     IMessage* opened = OpenMessage();
+    const ChangeOfStore change(*session);
     CheckMapi(opened->SaveChanges(KEEP_OPEN_READWRITE), opened, L"save the message");
-    session->Snapshots().InvalidateAll();
 }
 
 void CMailItem::Delete(const VARIANT& choice)
@@ -255,8 +269,8 @@ void CMailItem::Delete(const VARIANT& choice)
         MoveInto(session->OpenFolder(store.Get(), *wastebasket).Get(), *wastebasket);
         return;
     }
+    const ChangeOfStore change(*session);
     DeleteMessage(OpenFolder(), id);
-    session->Snapshots().InvalidateAll();
 }
 
 void CMailItem::CopyTo(const VARIANT& destination)
@@ -267,8 +281,8 @@ void CMailItem::CopyTo(const VARIANT& destination)
         throw MapiError(result, L"A folder is needed to copy to.");
     const CFolder& target = CFolder::Of(object.pdispVal);
     const std::lock_guard lock(mutex);
+    const ChangeOfStore change(*session);
     TransferMessage(OpenFolder(), id, target.MapiFolder(), Transfer::Copy);
-    session->Snapshots().InvalidateAll();
 }
 
 bool CMailItem::MoveInto(IMAPIFolder* target, const EntryIdBytes& targetId)
@@ -277,8 +291,8 @@ bool CMailItem::MoveInto(IMAPIFolder* target, const EntryIdBytes& targetId)
     const auto sourceId = ReadBinary(source, PR_ENTRYID);
     if (sourceId && IsSameEntry(session->Session(), *sourceId, targetId))
         return false;    // a store may well make a copy of it and lose the order
+    const ChangeOfStore change(*session);
     TransferMessage(source, id, target, Transfer::Move);
-    session->Snapshots().InvalidateAll();
     return true;
 }
 

@@ -16,12 +16,6 @@ namespace
 {
 using Microsoft::WRL::ComPtr;
 
-// How an object says that it has no such property, or none of the type asked for.
-bool MeansAbsent(SCODE error) noexcept
-{
-    return error == MAPI_E_NOT_FOUND || error == MAPI_E_NO_SUPPORT || error == MAPI_E_UNEXPECTED_TYPE;
-}
-
 std::vector<std::uint8_t> ReadStream(IMAPIProp* object, ULONG tag)
 {
     ComPtr<IStream> stream;
@@ -57,6 +51,11 @@ ULONG UnicodeForm(ULONG tag) noexcept
     const ULONG type = PROP_TYPE(tag);
     const ULONG unicodeType = PT_UNICODE | (type & MV_FLAG);
     return (type & ~MV_FLAG) == PT_STRING8 ? CHANGE_PROP_TYPE(tag, unicodeType) : tag;
+}
+
+bool MeansAbsent(SCODE error) noexcept
+{
+    return error == MAPI_E_NOT_FOUND || error == MAPI_E_NO_SUPPORT || error == MAPI_E_UNEXPECTED_TYPE;
 }
 
 TagArray::TagArray(std::span<const ULONG> tags)

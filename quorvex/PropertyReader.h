@@ -20,6 +20,9 @@
 // The tag with its string type, if it has one, made Unicode.
 ULONG UnicodeForm(ULONG tag) noexcept;
 
+// True for the errors in a property's place that say that there is none, or none of the type asked for.
+bool MeansAbsent(SCODE error) noexcept;
+
 // A property tag array in the layout that MAPI's methods take.
 class TagArray
 {

@@ -4,6 +4,8 @@
 #include "quorvex/MapiOwners.h"
 #include "quorvex/PropertyReader.h"
 
+#include <mapicode.h>
+
 #include <cwchar>
 
 namespace
@@ -42,8 +44,9 @@ std::vector<std::size_t> SetColumnsItHas(IMAPITable* table, std::span<const ULON
 class RowReader
 {
 public:
-    RowReader(std::span<const ULONG> asked, std::vector<std::size_t> set)
+    RowReader(std::span<const ULONG> asked, std::size_t needed, std::vector<std::size_t> set)
         : columns(asked),
+          required(needed),
           places(std::move(set)),
           values(asked.size())
     {
@@ -54,13 +57,26 @@ public:
         for (std::size_t index = 0; index < places.size() && index < row.cValues; ++index)
         {
             const SPropValue& value = row.lpProps[index];
-            values[places[index]] = value.ulPropTag == columns[places[index]] ? &value : nullptr;
+            const std::size_t place = places[index];
+            values[place] = value.ulPropTag == columns[place] ? &value : nullptr;
+            if (place < required)
+                CheckReadable(value, columns[place]);
         }
         return values;
     }
 
 private:
+    // A value that is there and could not be read must not pass for one that is not there. A text may be too
+    // long for a table.
+    static void CheckReadable(const SPropValue& value, ULONG column)
+    {
+        const bool tooLong = PROP_TYPE(column) == PT_UNICODE && value.Value.err == MAPI_E_NOT_ENOUGH_MEMORY;
+        if (PROP_TYPE(value.ulPropTag) == PT_ERROR && !MeansAbsent(value.Value.err) && !tooLong)
+            ThrowMapiError(value.Value.err, nullptr, L"read the rows of a table");
+    }
+
     std::span<const ULONG> columns;
+    std::size_t required;
     std::vector<std::size_t> places;
     std::vector<const SPropValue*> values;
 };
@@ -69,7 +85,7 @@ private:
 void ReadRows(IMAPITable* table, std::span<const ULONG> columns, std::size_t required,
               const std::function<void(TableRow)>& take)
 {
-    RowReader reader(columns, SetColumnsItHas(table, columns, required));
+    RowReader reader(columns, required, SetColumnsItHas(table, columns, required));
     for (;;)
     {
         RowSet rows;

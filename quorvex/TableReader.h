@@ -13,7 +13,8 @@
 using TableRow = std::span<const SPropValue* const>;
 
 // Reads all rows of a table just opened, in its order and in large batches. The first `required` columns must
-// be had; a table that refuses others is read without them. Throws MapiError, and what `take` throws.
+// be had; a table that refuses others is read without them. Throws MapiError, also for a value of a required
+// column that is there but cannot be read, and what `take` throws.
 void ReadRows(IMAPITable* table, std::span<const ULONG> columns, std::size_t required,
               const std::function<void(TableRow)>& take);
 

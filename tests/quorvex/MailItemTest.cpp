@@ -199,6 +199,18 @@ TEST_F(MailItem, ListsItsRecipients)
     EXPECT_EQ(listed, (std::vector<std::pair<long, std::wstring>>{{1, L"Ann"}, {3, L"Bob"}, {2, L""}}));
 }
 
+TEST_F(MailItem, FailsRatherThanListRecipientsItCouldNotRead)
+{
+    const auto message = fake::AddStoredMessage(*inbox, {});
+    message->recipients = {{{PR_RECIPIENT_TYPE, 1}, {PR_DISPLAY_NAME_W, L"Ann"}}};
+    message->recipientTable.errorColumns[PR_RECIPIENT_TYPE] = MAPI_E_NETWORK_ERROR;
+
+    const auto outcome =
+        automation::Invoke(ItemOfInbox(1).Get(), dispid::mailItem::recipients, DISPATCH_PROPERTYGET);
+
+    EXPECT_EQ(outcome.code, MAPI_E_NETWORK_ERROR);
+}
+
 TEST_F(MailItem, NamesItsAttachmentsByTheBestNameTheyHave)
 {
     const std::wstring longName(300, L'n');
@@ -383,5 +395,17 @@ TEST_F(MailItem, IsSeenAsMovedByTheNextListing)
 
     EXPECT_EQ(automation::LongOf(automation::Get(Items(Inbox()).Get(), dispid::itemCollection::count)), 0);
     EXPECT_EQ(automation::LongOf(automation::Get(Items(Archive()).Get(), dispid::itemCollection::count)), 1);
+}
+
+TEST_F(MailItem, LetsFoldersBeListedAnewAfterAChangeThatFailed)
+{
+    fake::AddStoredMessage(*inbox, {});
+    const auto item = ItemOfInbox(1);
+    fake::AddStoredMessage(*inbox, {});    // as a store does that changes something and reports a failure
+    store->copyMessages = MAPI_E_CALL_FAILED;
+
+    Call(item, dispid::mailItem::moveTo, {_variant_t(Archive().Get())});
+
+    EXPECT_EQ(automation::LongOf(automation::Get(Items(Inbox()).Get(), dispid::itemCollection::count)), 2);
 }
 }    // namespace
