@@ -92,9 +92,12 @@ void AddTimes(const CAndRestriction& root, const ScanState& state, const _varian
         AddProperty(root, PR_MESSAGE_DELIVERY_TIME, RELOP_GE, state.cutoffDate);
 }
 
-bool IsText(const _variant_t& value)
+// What is neither a text nor empty goes into the search, for the store to refuse: leaving it out would find
+// messages that do not agree.
+bool IsEmpty(const _variant_t& value)
 {
-    return value.vt == VT_BSTR && ::SysStringLen(value.bstrVal) > 0;
+    return value.vt == VT_EMPTY || value.vt == VT_NULL ||
+           (value.vt == VT_BSTR && ::SysStringLen(value.bstrVal) == 0);
 }
 
 // One column: the entry id by which the action phase finds the message again. The contract declares the array
@@ -150,7 +153,7 @@ LONG FindDuplicatesOfItem(ScanState& state, const std::wstring& subject, const C
             AddProperty(root, PR_SENDER_NAME_W, RELOP_EQ, TextVariant(senderName));
         if (state.useRecipientName)
             AddRecipientNames(root, state);
-        if (state.useInternetHeader && IsText(transportHeaders))
+        if (state.useInternetHeader && !IsEmpty(transportHeaders))
             AddProperty(root, PR_TRANSPORT_MESSAGE_HEADERS_W, RELOP_EQ, transportHeaders);
         if (state.useAttachments)
             AddAttachmentNames(root, state.attachmentNames);

@@ -176,6 +176,19 @@ TEST_F(MatchFilter, AddsNoConditionForHeadersTheItemDoesNotHave)
     EXPECT_EQ(ConditionCalls(), alwaysCalls);
 }
 
+TEST_F(MatchFilter, DoesNotLeaveOutHeadersThatCameAsSomethingElse)
+{
+    folder.AddMessage();
+    state.useInternetHeader = 1;
+    const CItemCollection items = store.MakeFolder(folder).GetItems();
+    store.log.lines.clear();
+
+    FindDuplicatesOfItem(state, wanted.subject, items, wanted.body, wanted.senderEmail, wanted.senderName,
+                         _variant_t(E_FAIL, VT_ERROR), sendTime);
+
+    EXPECT_EQ(std::ranges::count(store.log.lines, "Property 2 put(I4 8192031)"), 1);
+}
+
 TEST_F(MatchFilter, SetsOneInnerConditionForEachAttachmentOnOneSubRestriction)
 {
     state.useAttachments = 1;
