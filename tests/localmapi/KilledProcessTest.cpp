@@ -1,6 +1,7 @@
 #include "localmapi/MsgStore.h"
 
 #include "tests/localmapi/StoreObjects.h"
+#include "tests/localmapi/ThisProgram.h"
 
 #include <gmock/gmock.h>
 
@@ -13,37 +14,13 @@ namespace
 constexpr wchar_t storeVariable[] = L"LOCALMAPI_TEST_KILLED_STORE";
 constexpr int messageCount = 60;
 
-// Also ends the process, whatever became of the test.
-struct ProcessEnder
-{
-    using pointer = HANDLE;
-    void operator()(HANDLE process) const
-    {
-        TerminateProcess(process, 1);
-        CloseHandle(process);
-    }
-};
-using OwnedProcess = std::unique_ptr<HANDLE, ProcessEnder>;
-
 // Runs the one disabled test below in a process of its own, on the store named by the environment.
 OwnedProcess StartMover(const std::filesystem::path& store)
 {
-    wchar_t program[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring command = L"\"" + std::wstring(program) +
-                           L"\" --gtest_also_run_disabled_tests "
-                           L"--gtest_filter=MovingProcess.DISABLED_MovesMessagesUntilItIsKilled";
     SetEnvironmentVariableW(storeVariable, store.c_str());
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process{};
-    const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                        &startup, &process);
+    OwnedProcess mover = StartInThisProgram(L"MovingProcess.DISABLED_MovesMessagesUntilItIsKilled");
     SetEnvironmentVariableW(storeVariable, nullptr);
-    EXPECT_TRUE(started);
-    if (started)
-        CloseHandle(process.hThread);
-    return OwnedProcess(process.hProcess);
+    return mover;
 }
 
 class KilledProcess : public testing::Test

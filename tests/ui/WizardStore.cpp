@@ -237,9 +237,11 @@ std::vector<std::int64_t> FindDuplicates(const std::vector<std::string>& pairs)
 }
 }    // namespace
 
-WizardStore::WizardStore()
+WizardStore::WizardStore() : WizardStore(Model()) {}
+
+WizardStore::WizardStore(const TemporaryStore& model)
 {
-    Copy(Model().Path(), file.Path());
+    Copy(model.Path(), file.Path());
 }
 
 bool WizardStore::IsWhole() const

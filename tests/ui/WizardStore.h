@@ -26,6 +26,7 @@ class WizardStore
 {
 public:
     WizardStore();
+    explicit WizardStore(const TemporaryStore& model);    // a copy of that one instead
 
     const TemporaryStore& File() const { return file; }
     bool IsWhole() const;    // the file passes SQLite's own check
