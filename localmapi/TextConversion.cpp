@@ -1,6 +1,8 @@
 #include "localmapi/TextConversion.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -18,6 +20,23 @@ std::size_t WideFrom(UINT codePage, std::string_view text, wchar_t* buffer)
 {
     const int length = CheckedLength(text.size());
     return length ? MultiByteToWideChar(codePage, 0, text.data(), length, buffer, length) : 0;
+}
+
+// Widens the text up to its first few bytes that are not all ASCII, or to its last few; gives how far. Most
+// mail is ASCII, whose characters are their own code units.
+std::size_t WidenAscii(std::string_view text, wchar_t* buffer)
+{
+    constexpr std::uint64_t highBits = 0x8080808080808080;
+    std::size_t place = 0;
+    for (std::uint64_t few = 0; place + sizeof(few) <= text.size(); place += sizeof(few))
+    {
+        std::memcpy(&few, text.data() + place, sizeof(few));
+        if (few & highBits)
+            break;
+        for (std::size_t each = 0; each < sizeof(few); ++each)
+            buffer[place + each] = static_cast<wchar_t>(text[place + each]);
+    }
+    return place;
 }
 
 std::wstring WideFrom(UINT codePage, std::string_view text)
@@ -42,12 +61,15 @@ std::string NarrowFrom(UINT codePage, std::wstring_view text)
 
 std::wstring WideFromUtf8(std::string_view text)
 {
-    return WideFrom(CP_UTF8, text);
+    std::wstring wide(text.size(), L'\0');
+    wide.resize(WideFromUtf8(text, wide.data()));
+    return wide;
 }
 
 std::size_t WideFromUtf8(std::string_view text, wchar_t* buffer)
 {
-    return WideFrom(CP_UTF8, text, buffer);
+    const std::size_t ascii = WidenAscii(text, buffer);
+    return ascii + WideFrom(CP_UTF8, text.substr(ascii), buffer + ascii);
 }
 
 std::string Utf8FromWide(std::wstring_view text)

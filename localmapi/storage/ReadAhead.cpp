@@ -134,7 +134,9 @@ SharedRecord ReadAhead::ReadOn(Database& database, Walk& walk, std::int64_t id)
         SelectList(columnCount) +
         " LEFT JOIN message_text AS t ON t.message_id = r.id WHERE r.folder_id = ? AND "
         "r.id >= ? ORDER BY r.id LIMIT ?";
-    const std::size_t size = std::clamp<std::size_t>(walk.used * 2, 2, largestBatch);
+    const std::size_t before = walk.batch.size();
+    const bool wasWorthIt = walk.used * 3 >= before;
+    const std::size_t size = std::clamp<std::size_t>(wasWorthIt ? before * 2 : before / 2, 2, largestBatch);
     Statement statement = database.Prepare(sql);
     statement.Bind(1, walk.batch.back()->FolderId()).Bind(2, id).Bind(3, static_cast<std::int64_t>(size));
     walk = {};
