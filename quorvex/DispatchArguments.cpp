@@ -30,7 +30,7 @@ _variant_t CoerceArgument(ArgumentPlace argument, VARTYPE type)
     return coerced;
 }
 
-_variant_t TextVariant(const std::wstring& text)
+_variant_t TextVariant(std::wstring_view text)
 {
     VARIANT value;
     VariantInit(&value);
@@ -43,6 +43,8 @@ _variant_t TextVariant(const std::wstring& text)
 
 long LongOf(const VARIANT& value)
 {
+    if (value.vt == VT_I4)
+        return value.lVal;
     if (!IsReadable(value))
         throw MapiError(DISP_E_TYPEMISMATCH, L"A number is needed here.");
     _variant_t number;

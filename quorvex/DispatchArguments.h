@@ -7,6 +7,7 @@
 #include <wrl/client.h>
 
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 
@@ -32,8 +33,17 @@ struct ArgumentPlace
 // Whether a VARIANT that refers to something does: callers may leave any of the pointers null.
 bool IsReadable(const VARIANT& value) noexcept;
 
-// The argument as one of `type`, converted the way VariantChangeType does; throws BadArgument.
+// The argument as one of `type`, converted the way VariantChangeType does; throws BadArgument. `read` takes
+// the value out of a VARIANT of that type.
 _variant_t CoerceArgument(ArgumentPlace argument, VARTYPE type);
+
+template <class Read>
+auto ReadArgument(ArgumentPlace argument, VARTYPE type, Read&& read)
+{
+    // Most callers bring the right type, which then need not be copied.
+    const VARIANT& value = argument.Value();
+    return value.vt == type ? read(value) : read(CoerceArgument(argument, type));
+}
 
 // The VARIANT itself, or the one that it refers to.
 inline const VARIANT& LookThrough(const VARIANT& value) noexcept
@@ -49,7 +59,10 @@ template <>
 class DispatchArgument<long>
 {
 public:
-    DispatchArgument(ArgumentPlace argument) : value(CoerceArgument(argument, VT_I4).lVal) {}
+    DispatchArgument(ArgumentPlace argument)
+        : value(ReadArgument(argument, VT_I4, [](const VARIANT& number) { return number.lVal; }))
+    {
+    }
     long Get() const noexcept { return value; }
 
 private:
@@ -61,7 +74,8 @@ class DispatchArgument<bool>
 {
 public:
     DispatchArgument(ArgumentPlace argument)
-        : value(CoerceArgument(argument, VT_BOOL).boolVal != VARIANT_FALSE)
+        : value(ReadArgument(argument, VT_BOOL, [](const VARIANT& choice) { return choice.boolVal; }) !=
+                VARIANT_FALSE)
     {
     }
     bool Get() const noexcept { return value; }
@@ -118,7 +132,7 @@ private:
     const VARIANT& value;    // the caller's
 };
 
-_variant_t TextVariant(const std::wstring& text);
+_variant_t TextVariant(std::wstring_view text);
 
 inline _variant_t ToVariant(const std::wstring& text)
 {
@@ -136,9 +150,11 @@ inline _variant_t ToVariant(DATE value)
 {
     return _variant_t(value, VT_DATE);
 }
-inline _variant_t ToVariant(_variant_t value)
+inline _variant_t ToVariant(_variant_t&& value)
 {
-    return value;
+    // By exchange: a copy would copy what the VARIANT holds.
+    VARIANT taken = value.Detach();
+    return _variant_t(taken, false);
 }
 
 template <class T>

@@ -187,7 +187,7 @@ bool FolderSnapshot::NoteText(const EntryIdBytes& entryId, ULONG tag, std::wstri
 {
     const std::lock_guard lock(mutex);
     const auto row = rows.IsLoaded() ? rows.RowOf(entryId) : std::nullopt;
-    if (row)
+    if (row && rows.WantsNotesOf(tag))
         rows.NoteText(*row, tag, text);
     return row.has_value();
 }

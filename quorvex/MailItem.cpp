@@ -17,8 +17,8 @@
 namespace
 {
 // What is read together: who needs one of them mostly needs the others.
-constexpr ULONG shortTextTags[] = {PR_SUBJECT_W, PR_SENDER_EMAIL_ADDRESS_W, PR_SENDER_NAME_W};
-constexpr ULONG longTextTags[] = {PR_BODY_W, PR_TRANSPORT_MESSAGE_HEADERS_W};
+constexpr ULONG textTags[] = {PR_SUBJECT_W, PR_SENDER_EMAIL_ADDRESS_W, PR_SENDER_NAME_W, PR_BODY_W,
+                              PR_TRANSPORT_MESSAGE_HEADERS_W};
 
 std::optional<std::size_t> PlaceIn(std::span<const ULONG> tags, ULONG tag)
 {
@@ -75,13 +75,27 @@ ULONG FlagTextTag(IMAPIProp* object)
 }    // namespace
 
 CMailItem::CMailItem(std::shared_ptr<SessionContext> context, ComPtr<IMsgStore> itsStore, EntryIdBytes itsId,
-                     ComPtr<IMAPIFolder> itsFolder, ULONG flags)
+                     ComPtr<IMAPIFolder> itsFolder, ULONG flags, std::vector<std::uint8_t> searchKey)
     : session(std::move(context)),
       store(std::move(itsStore)),
-      id(std::move(itsId)),
       openFlags(flags),
+      id(std::move(itsId)),
+      knownBy(std::move(searchKey)),
       folder(std::move(itsFolder))
 {
+}
+
+const EntryIdBytes& CMailItem::Id()
+{
+    if (id.empty() && !knownBy.empty())
+    {
+        const std::optional<EntryIdBytes> found = LastWithSearchKey(folder.Get(), knownBy);
+        if (!found)
+            throw MapiError(MAPI_E_NOT_FOUND,
+                            L"The message that was moved is not in its new folder any more.");
+        id = *found;
+    }
+    return id;
 }
 
 std::span<const Operation> CMailItem::Operations() const noexcept
@@ -119,9 +133,9 @@ IMessage* CMailItem::OpenMessage()
         return message.Get();
     ULONG type = 0;
     ComPtr<IUnknown> object;
-    CheckMapi(
-        store->OpenEntry(static_cast<ULONG>(id.size()), AsEntryId(id), nullptr, openFlags, &type, &object),
-        store.Get(), L"open the message");
+    CheckMapi(store->OpenEntry(static_cast<ULONG>(Id().size()), AsEntryId(Id()), nullptr, openFlags, &type,
+                               &object),
+              store.Get(), L"open the message");
     if (type != MAPI_MESSAGE || FAILED(object->QueryInterface(IID_IMessage, &message)))
         throw MapiError(MAPI_E_INVALID_OBJECT, L"The entry id is not a message's.");
     return message.Get();
@@ -139,39 +153,40 @@ IMAPIFolder* CMailItem::OpenFolder()
     return folder.Get();
 }
 
-const PropertyValues& CMailItem::KeptTexts(std::optional<PropertyValues>& kept, std::span<const ULONG> tags)
+// A text that is read with the others and kept. `tag` is one of textTags.
+_variant_t CMailItem::KeptText(ULONG tag)
 {
-    if (!kept)
-        kept.emplace(OpenMessage(), tags);
-    return *kept;
+    if (!texts)
+        texts.emplace(OpenMessage(), textTags);
+    return texts->Variant(*PlaceIn(textTags, tag));
 }
 
-std::wstring CMailItem::ShortText(ULONG tag)
+_variant_t CMailItem::Text(ULONG tag)
 {
     const std::lock_guard lock(mutex);
-    return KeptTexts(shortTexts, shortTextTags).Text(*PlaceIn(shortTextTags, tag));
+    _variant_t text = KeptText(tag);
+    return text.vt == VT_BSTR ? ToVariant(std::move(text)) : TextVariant({});
 }
 
-std::wstring CMailItem::GetSubject()
+_variant_t CMailItem::GetSubject()
 {
-    return ShortText(PR_SUBJECT_W);
+    return Text(PR_SUBJECT_W);
 }
 
-std::wstring CMailItem::GetSenderEmail()
+_variant_t CMailItem::GetSenderEmail()
 {
-    return ShortText(PR_SENDER_EMAIL_ADDRESS_W);
+    return Text(PR_SENDER_EMAIL_ADDRESS_W);
 }
 
-std::wstring CMailItem::GetSenderName()
+_variant_t CMailItem::GetSenderName()
 {
-    return ShortText(PR_SENDER_NAME_W);
+    return Text(PR_SENDER_NAME_W);
 }
 
-std::wstring CMailItem::GetBodyText()
+_variant_t CMailItem::GetBodyText()
 {
-    const std::lock_guard lock(mutex);
-    std::wstring body = KeptTexts(longTexts, longTextTags).Text(*PlaceIn(longTextTags, PR_BODY_W));
-    session->Snapshots().NoteText(id, PR_BODY_W, body);
+    _variant_t body = Text(PR_BODY_W);
+    NoteText(PR_BODY_W, body);
     return body;
 }
 
@@ -179,17 +194,19 @@ _variant_t CMailItem::GetField(const VARIANT& tagValue)
 {
     const ULONG tag = UnicodeForm(TagOf(tagValue));
     const std::lock_guard lock(mutex);
-    if (const auto place = PlaceIn(shortTextTags, tag))
-        return KeptTexts(shortTexts, shortTextTags).Variant(*place);
-    if (const auto place = PlaceIn(longTextTags, tag))
-    {
-        _variant_t text = KeptTexts(longTexts, longTextTags).Variant(*place);
-        const std::wstring_view noted(text.vt == VT_BSTR && text.bstrVal ? text.bstrVal : L"",
-                                      text.vt == VT_BSTR ? SysStringLen(text.bstrVal) : 0);
-        session->Snapshots().NoteText(id, tag, noted);
-        return text;
-    }
-    return PropertyValues(OpenMessage(), {&tag, 1}).Variant(0);
+    if (!PlaceIn(textTags, tag))
+        return PropertyValues(OpenMessage(), {&tag, 1}).Variant(0);
+    _variant_t text = KeptText(tag);
+    NoteText(tag, text);
+    return text;
+}
+
+// A search for the same text need not read it again.
+void CMailItem::NoteText(ULONG tag, const _variant_t& text)
+{
+    const bool isText = text.vt == VT_BSTR && text.bstrVal;
+    session->Snapshots().NoteText(
+        id, tag, isText ? std::wstring_view(text.bstrVal, SysStringLen(text.bstrVal)) : std::wstring_view());
 }
 
 DATE CMailItem::GetSentTime()
@@ -201,11 +218,11 @@ DATE CMailItem::GetSentTime()
 
 std::wstring CMailItem::GetEntryId()
 {
-    // Tables may give short-term ids, which hold for this session alone; the message knows its long-term one.
-    if (!id.empty() && !(id.front() & MAPI_SHORTTERM))
-        return ToHex(id);
     const std::lock_guard lock(mutex);
-    return ToHex(ReadBinary(OpenMessage(), PR_ENTRYID).value_or(id));
+    // Tables may give short-term ids, which hold for this session alone; the message knows its long-term one.
+    if (!Id().empty() && !(Id().front() & MAPI_SHORTTERM))
+        return ToHex(Id());
+    return ToHex(ReadBinary(OpenMessage(), PR_ENTRYID).value_or(Id()));
 }
 
 ComPtr<IDispatch> CMailItem::GetRecipients()
@@ -270,7 +287,7 @@ void CMailItem::Delete(const VARIANT& choice)
         return;
     }
     const ChangeOfStore change(*session);
-    DeleteMessage(OpenFolder(), id);
+    DeleteMessage(OpenFolder(), Id());
 }
 
 void CMailItem::CopyTo(const VARIANT& destination)
@@ -282,7 +299,7 @@ void CMailItem::CopyTo(const VARIANT& destination)
     const CFolder& target = CFolder::Of(object.pdispVal);
     const std::lock_guard lock(mutex);
     const ChangeOfStore change(*session);
-    TransferMessage(OpenFolder(), id, target.MapiFolder(), Transfer::Copy);
+    TransferMessage(OpenFolder(), Id(), target.MapiFolder(), Transfer::Copy);
 }
 
 bool CMailItem::MoveInto(IMAPIFolder* target, const EntryIdBytes& targetId)
@@ -292,7 +309,7 @@ bool CMailItem::MoveInto(IMAPIFolder* target, const EntryIdBytes& targetId)
     if (sourceId && IsSameEntry(session->Session(), *sourceId, targetId))
         return false;    // a store may well make a copy of it and lose the order
     const ChangeOfStore change(*session);
-    TransferMessage(source, id, target, Transfer::Move);
+    TransferMessage(source, Id(), target, Transfer::Move);
     return true;
 }
 
@@ -304,9 +321,13 @@ ComPtr<IDispatch> CMailItem::MoveTo(IDispatch* destination)
         ReadBinary(OpenMessage(), PR_SEARCH_KEY).value_or(std::vector<std::uint8_t>());
     if (!MoveInto(target.MapiFolder(), target.Id()))
         return ComPtr<IDispatch>(this);
-    const auto movedId =
-        FindMovedMessage(*session, target.Store().Get(), target.MapiFolder(), target.Id(), id, searchKey);
-    if (!movedId)
+    const ComPtr<IMAPIFolder> targetFolder(target.MapiFolder());
+    if (LiesIn(*session, target.Store().Get(), id, target.Id()))
+        return MakeObject<CMailItem>(session, target.Store(), id, targetFolder);
+    if (searchKey.empty())
         return nullptr;    // it is moved all the same
-    return MakeObject<CMailItem>(session, target.Store(), *movedId, ComPtr<IMAPIFolder>(target.MapiFolder()));
+    // Its new id is looked for when it is wanted: that reads the whole folder, and most callers let go of the
+    // item.
+    return MakeObject<CMailItem>(session, target.Store(), EntryIdBytes(), targetFolder, MAPI_BEST_ACCESS,
+                                 searchKey);
 }

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 // One message. It is opened when something of it is first needed that its entry id does not tell; its texts
 // are then read together and kept.
@@ -20,8 +21,10 @@ class CMailItem final : public CDispatchObject
 {
 public:
     // `folder` is where the message lies; null to find that out when it matters. `openFlags` are OpenEntry's.
+    // A message whose id is not known is, on first use, the folder's last one with that search key.
     CMailItem(std::shared_ptr<SessionContext> session, ComPtr<IMsgStore> store, EntryIdBytes id,
-              ComPtr<IMAPIFolder> folder, ULONG openFlags = MAPI_BEST_ACCESS);
+              ComPtr<IMAPIFolder> folder, ULONG openFlags = MAPI_BEST_ACCESS,
+              std::vector<std::uint8_t> searchKey = {});
 
     // Opens the message now, so that a wrong id fails here. Throws MapiError.
     void Open();
@@ -30,10 +33,10 @@ protected:
     std::span<const Operation> Operations() const noexcept override;
 
 private:
-    std::wstring GetSubject();
-    std::wstring GetBodyText();
-    std::wstring GetSenderEmail();
-    std::wstring GetSenderName();
+    _variant_t GetSubject();
+    _variant_t GetBodyText();
+    _variant_t GetSenderEmail();
+    _variant_t GetSenderName();
     DATE GetSentTime();
     std::wstring GetEntryId();
     _variant_t GetField(const VARIANT& tag);
@@ -48,21 +51,23 @@ private:
     ComPtr<IDispatch> MoveTo(IDispatch* destination);
 
     // These are called with the mutex held.
+    const EntryIdBytes& Id();
     IMessage* OpenMessage();
     IMAPIFolder* OpenFolder();
-    const PropertyValues& KeptTexts(std::optional<PropertyValues>& kept, std::span<const ULONG> tags);
+    _variant_t KeptText(ULONG tag);
     bool MoveInto(IMAPIFolder* target, const EntryIdBytes& targetId);    // false when it lies there already
 
-    std::wstring ShortText(ULONG tag);
+    _variant_t Text(ULONG tag);
+    void NoteText(ULONG tag, const _variant_t& text);
 
     const std::shared_ptr<SessionContext> session;
     const ComPtr<IMsgStore> store;
-    const EntryIdBytes id;
     const ULONG openFlags;
 
     std::mutex mutex;    // guards everything below
+    EntryIdBytes id;
+    const std::vector<std::uint8_t> knownBy;    // its search key, while there is no id
     ComPtr<IMAPIFolder> folder;
     ComPtr<IMessage> message;
-    std::optional<PropertyValues> shortTexts;
-    std::optional<PropertyValues> longTexts;
+    std::optional<PropertyValues> texts;
 };

@@ -22,35 +22,6 @@ void CheckWhole(HRESULT result, IMAPIFolder* folder, const wchar_t* step)
     if (result == MAPI_W_PARTIAL_COMPLETION)
         ThrowMapiError(MAPI_E_CALL_FAILED, nullptr, step);
 }
-
-bool LiesIn(SessionContext& session, IMsgStore* store, const EntryIdBytes& messageId,
-            const EntryIdBytes& folderId)
-{
-    ULONG type = 0;
-    ComPtr<IUnknown> object;
-    ComPtr<IMAPIProp> message;
-    if (FAILED(store->OpenEntry(static_cast<ULONG>(messageId.size()), AsEntryId(messageId), nullptr,
-                                MAPI_BEST_ACCESS, &type, &object)) ||
-        type != MAPI_MESSAGE || FAILED(object->QueryInterface(IID_IMAPIProp, &message)))
-        return false;
-    const auto parent = ReadBinary(message.Get(), PR_PARENT_ENTRYID);
-    return parent && IsSameEntry(session.Session(), *parent, folderId);
-}
-
-std::optional<EntryIdBytes> LastWithSearchKey(IMAPIFolder* folder, const std::vector<std::uint8_t>& searchKey)
-{
-    ComPtr<IMAPITable> table;
-    CheckMapi(folder->GetContentsTable(0, &table), folder, L"list the folder's messages");
-    const ULONG columns[] = {PR_ENTRYID, PR_SEARCH_KEY};
-    std::optional<EntryIdBytes> last;
-    ReadRows(table.Get(), columns, 1,
-             [&](TableRow row)
-             {
-                 if (row[0] && row[1] && std::ranges::equal(BytesOf(row[1]->Value.bin), searchKey))
-                     last = IdOf(row[0]->Value.bin);
-             });
-    return last;
-}
 }    // namespace
 
 void TransferMessage(IMAPIFolder* from, const EntryIdBytes& messageId, IMAPIFolder* to, Transfer transfer)
@@ -79,13 +50,31 @@ bool IsSameEntry(IMAPISession* session, const EntryIdBytes& first, const EntryId
     return SUCCEEDED(result) && same;    // ids of different stores cannot be compared, and differ
 }
 
-std::optional<EntryIdBytes> FindMovedMessage(SessionContext& session, IMsgStore* store, IMAPIFolder* folder,
-                                             const EntryIdBytes& folderId, const EntryIdBytes& oldId,
-                                             const std::vector<std::uint8_t>& searchKey)
+bool LiesIn(SessionContext& session, IMsgStore* store, const EntryIdBytes& messageId,
+            const EntryIdBytes& folderId)
 {
-    if (LiesIn(session, store, oldId, folderId))
-        return oldId;
-    if (searchKey.empty())
-        return std::nullopt;
-    return LastWithSearchKey(folder, searchKey);
+    ULONG type = 0;
+    ComPtr<IUnknown> object;
+    ComPtr<IMAPIProp> message;
+    if (FAILED(store->OpenEntry(static_cast<ULONG>(messageId.size()), AsEntryId(messageId), nullptr,
+                                MAPI_BEST_ACCESS, &type, &object)) ||
+        type != MAPI_MESSAGE || FAILED(object->QueryInterface(IID_IMAPIProp, &message)))
+        return false;
+    const auto parent = ReadBinary(message.Get(), PR_PARENT_ENTRYID);
+    return parent && IsSameEntry(session.Session(), *parent, folderId);
+}
+
+std::optional<EntryIdBytes> LastWithSearchKey(IMAPIFolder* folder, const std::vector<std::uint8_t>& searchKey)
+{
+    ComPtr<IMAPITable> table;
+    CheckMapi(folder->GetContentsTable(0, &table), folder, L"list the folder's messages");
+    const ULONG columns[] = {PR_ENTRYID, PR_SEARCH_KEY};
+    std::optional<EntryIdBytes> last;
+    ReadRows(table.Get(), columns, 1,
+             [&](TableRow row)
+             {
+                 if (row[0] && row[1] && std::ranges::equal(BytesOf(row[1]->Value.bin), searchKey))
+                     last = IdOf(row[0]->Value.bin);
+             });
+    return last;
 }

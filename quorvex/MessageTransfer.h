@@ -25,8 +25,10 @@ void DeleteMessage(IMAPIFolder* from, const EntryIdBytes& messageId);
 // Whether two entry ids, short- or long-term, are of one object.
 bool IsSameEntry(IMAPISession* session, const EntryIdBytes& first, const EntryIdBytes& second);
 
-// The entry id that a message moved into `folder` has there: its old one where the store keeps ids, else that
-// of the last row with its search key. Nothing when it cannot be told.
-std::optional<EntryIdBytes> FindMovedMessage(SessionContext& session, IMsgStore* store, IMAPIFolder* folder,
-                                             const EntryIdBytes& folderId, const EntryIdBytes& oldId,
-                                             const std::vector<std::uint8_t>& searchKey);
+// Whether the id, which a store may keep or give anew to what it moves, names a message of that folder.
+bool LiesIn(SessionContext& session, IMsgStore* store, const EntryIdBytes& messageId,
+            const EntryIdBytes& folderId);
+
+// The entry id of the folder's last row with that search key. Reads all of the folder's rows.
+std::optional<EntryIdBytes> LastWithSearchKey(IMAPIFolder* folder,
+                                              const std::vector<std::uint8_t>& searchKey);

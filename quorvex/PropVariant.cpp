@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace
@@ -84,7 +85,7 @@ _variant_t SeveralValues(const SPropValue& values)
     std::vector<_variant_t> elements;
     for (ULONG index = 0; index < count; ++index)
         elements.push_back(ToVariant(ElementOf(values, index)));
-    return VariantsAsArray(elements);
+    return VariantsAsArray(std::move(elements));
 }
 }    // namespace
 
@@ -128,8 +129,9 @@ _variant_t ToVariant(const SPropValue& value)
         return _variant_t(static_cast<__int64>(value.Value.li.QuadPart));
     case PT_SYSTIME:
         return _variant_t(LocalDateFromUtc(value.Value.ft), VT_DATE);
-    case PT_STRING8:
     case PT_UNICODE:
+        return TextVariant(value.Value.lpszW ? std::wstring_view(value.Value.lpszW) : std::wstring_view());
+    case PT_STRING8:
         return TextVariant(TextOf(value));
     case PT_BINARY:
         return BinaryVariant(BytesOf(value.Value.bin));

@@ -31,6 +31,8 @@ _variant_t Converted(const _variant_t& value, VARTYPE type)
 
 std::wstring TextValue(const _variant_t& value)
 {
+    if (value.vt == VT_BSTR && value.bstrVal)
+        return {value.bstrVal, SysStringLen(value.bstrVal)};
     const _variant_t text = Converted(value, VT_BSTR);
     return {text.bstrVal ? text.bstrVal : L"", SysStringLen(text.bstrVal)};
 }

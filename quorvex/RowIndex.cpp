@@ -84,17 +84,21 @@ RowIndex::Level RowIndex::Sort(std::span<const std::uint32_t> candidates, Column
         else
             level.unreadable.push_back(row);
     std::ranges::sort(keyed);
+    level.keys.reserve(keyed.size());
     level.sorted.reserve(keyed.size());
     for (const auto& [key, row] : keyed)
+    {
+        level.keys.push_back(key);
         level.sorted.push_back(row);
+    }
     return level;
 }
 
-std::span<const std::uint32_t> RowIndex::Bucket(const Level& level, ColumnSet columns, std::uint64_t key)
+std::span<const std::uint32_t> RowIndex::Bucket(const Level& level, std::uint64_t key)
 {
-    const auto bucket = std::ranges::equal_range(level.sorted, key, {},
-                                                 [&](std::uint32_t row) { return KeyOf(row, columns); });
-    return {bucket.begin(), bucket.end()};
+    const auto bucket = std::ranges::equal_range(level.keys, key);
+    return std::span(level.sorted)
+        .subspan(static_cast<std::size_t>(bucket.begin() - level.keys.begin()), bucket.size());
 }
 
 const RowIndex::Level& RowIndex::FirstLevel(ColumnSet columns)
@@ -122,12 +126,12 @@ std::vector<std::uint32_t> RowIndex::Candidates(std::span<const KeyCondition> co
 
     const Level& first = FirstLevel(outer);
     const std::uint64_t outerKey = KeyOf(conditions, outer);
-    std::span<const std::uint32_t> bucket = Bucket(first, outer, outerKey);
+    std::span<const std::uint32_t> bucket = Bucket(first, outerKey);
     std::vector<std::uint32_t> found = first.unreadable;
     if (inner != 0 && bucket.size() > smallBucket)
     {
         const Level& second = SecondLevel({outer, outerKey, inner}, bucket);
-        bucket = Bucket(second, inner, KeyOf(conditions, inner));
+        bucket = Bucket(second, KeyOf(conditions, inner));
         found.insert(found.end(), second.unreadable.begin(), second.unreadable.end());
     }
     found.insert(found.end(), bucket.begin(), bucket.end());

@@ -46,7 +46,8 @@ private:
 
     struct Level
     {
-        std::vector<std::uint32_t> sorted;        // by key, then by number
+        std::vector<std::uint64_t> keys;          // ascending
+        std::vector<std::uint32_t> sorted;        // the keys' rows; those of one key by number
         std::vector<std::uint32_t> unreadable;    // rows whose key cannot be had
     };
 
@@ -60,7 +61,7 @@ private:
     const Level& FirstLevel(ColumnSet columns);
     const Level& SecondLevel(const LevelKey& key, std::span<const std::uint32_t> bucket);
     Level Sort(std::span<const std::uint32_t> candidates, ColumnSet columns);
-    std::span<const std::uint32_t> Bucket(const Level& level, ColumnSet columns, std::uint64_t key);
+    static std::span<const std::uint32_t> Bucket(const Level& level, std::uint64_t key);
 
     SnapshotRows& rows;
     std::map<LevelKey, Level> levels;

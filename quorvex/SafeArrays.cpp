@@ -83,15 +83,12 @@ _variant_t ArrayVariant(SafeArray array, VARTYPE type)
     return _variant_t(value, false);    // takes the array over
 }
 
-_variant_t VariantsAsArray(std::span<const _variant_t> values)
+_variant_t VariantsAsArray(std::vector<_variant_t> values)
 {
     SafeArray array = MakeArray(VT_VARIANT, values.size());
-    LONG place = 0;
-    for (_variant_t value : values)
-    {
-        CheckMapi(SafeArrayPutElement(array.get(), &place, &value), L"fill an array");
-        ++place;
-    }
+    auto* element = static_cast<VARIANT*>(array->pvData);
+    for (_variant_t& value : values)
+        *element++ = value.Detach();    // the array's from then on
     return ArrayVariant(std::move(array), VT_VARIANT);
 }
 

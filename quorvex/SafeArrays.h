@@ -27,7 +27,7 @@ SafeArray MakeArray(VARTYPE type, std::size_t count);
 _variant_t ArrayVariant(SafeArray array, VARTYPE type);
 
 // An array of VARIANTs with these values.
-_variant_t VariantsAsArray(std::span<const _variant_t> values);
+_variant_t VariantsAsArray(std::vector<_variant_t> values);
 
 // The bytes of an array whose elements are one byte each; nothing for any other array.
 std::optional<std::vector<std::uint8_t>> BytesOfArray(SAFEARRAY* array);

@@ -27,6 +27,9 @@ constexpr std::array<ColumnKey, 3> indexedColumns{
 constexpr std::int64_t unknownNumber = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t missingNumber = unknownNumber + 1;
 
+// How far ahead of the row asked for last another one is looked for first.
+constexpr std::uint32_t nearRows = 4;
+
 // Tables cut what is longer than this.
 constexpr std::size_t tableBinaryLimit = 255;
 
@@ -210,7 +213,26 @@ void SnapshotRows::FinishLoad()
     loaded = true;
 }
 
-std::optional<std::uint32_t> SnapshotRows::RowOf(std::span<const std::uint8_t> entryId) const
+bool SnapshotRows::WantsNotesOf(ULONG tag) const
+{
+    return tag == PR_BODY_W ||
+           std::ranges::find(digestColumns, tag, [](const DigestColumn& column) { return column.key.tag; }) !=
+               digestColumns.end();
+}
+
+std::optional<std::uint32_t> SnapshotRows::RowOf(std::span<const std::uint8_t> entryId)
+{
+    // Who reads a folder's messages asks for the same row again, or for one of the next.
+    const std::size_t end = std::min<std::size_t>(lastAsked + nearRows, Count());
+    for (std::size_t row = lastAsked; row < end; ++row)
+        if (std::ranges::equal(EntryId(row), entryId))
+            return lastAsked = static_cast<std::uint32_t>(row);
+    const auto found = FindRow(entryId);
+    lastAsked = found.value_or(lastAsked);
+    return found;
+}
+
+std::optional<std::uint32_t> SnapshotRows::FindRow(std::span<const std::uint8_t> entryId) const
 {
     const auto isBefore = [&](std::uint32_t row, std::span<const std::uint8_t> id)
     { return std::ranges::lexicographical_compare(EntryId(row), id); };
@@ -310,9 +332,10 @@ std::vector<Digest> SnapshotRows::ReadSubObjects(const SubObjectKey& key, std::u
 
 void SnapshotRows::NoteText(std::uint32_t row, ULONG tag, std::wstring_view text)
 {
-    const ColumnKey exact{tag, false};
-    if (IsLong(tag))
-        Load({&exact, 1});
+    // Every search asks for the body; other texts are of use to searches that have asked for them before.
+    const ColumnKey body{PR_BODY_W, false};
+    if (tag == body.tag && !HasColumn(body))
+        Load({&body, 1});
     for (DigestColumn& column : digestColumns)
         if (column.key.tag == tag && column.values[row] == unknownDigest)
             column.values[row] = DigestOfText(column.key, text);

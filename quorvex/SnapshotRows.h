@@ -62,7 +62,7 @@ public:
 
     std::size_t Count() const noexcept { return entryIds.Count(); }
     std::span<const std::uint8_t> EntryId(std::size_t row) const { return entryIds.At(row); }
-    std::optional<std::uint32_t> RowOf(std::span<const std::uint8_t> entryId) const;
+    std::optional<std::uint32_t> RowOf(std::span<const std::uint8_t> entryId);
 
     // The long-term id that the table has for the row; empty when it has none. Read on first use.
     std::span<const std::uint8_t> LongTermEntryId(std::size_t row);
@@ -78,6 +78,9 @@ public:
 
     // Whether the column of some row of the message's sub-object table has that digest.
     bool SomeSubObjectHas(ULONG table, const ColumnKey& column, Digest digest, std::uint32_t row);
+
+    // Whether it is of any use to note what such a text of a message reads.
+    bool WantsNotesOf(ULONG tag) const;
 
     // Remembers what a text of the message reads.
     void NoteText(std::uint32_t row, ULONG tag, std::wstring_view text);
@@ -115,6 +118,7 @@ private:
     void TakeValue(std::uint32_t row, const SPropValue& value);
     void FitColumns();
     void FinishLoad();
+    std::optional<std::uint32_t> FindRow(std::span<const std::uint8_t> entryId) const;
     Digest DigestOfText(const ColumnKey& key, std::wstring_view text) const;
     Digest ReadDigest(const ColumnKey& key, std::uint32_t row);
     std::vector<Digest> ReadSubObjects(const SubObjectKey& key, std::uint32_t row);
@@ -126,6 +130,7 @@ private:
     ByteArena entryIds;
     ByteArena longTermIds;
     std::vector<std::uint32_t> rowsById;    // ordered by entry id
+    std::uint32_t lastAsked = 0;            // by entry id
     std::vector<DigestColumn> digestColumns;
     std::vector<NumberColumn> numberColumns;
     std::map<SubObjectKey, std::unordered_map<std::uint32_t, std::vector<Digest>>> subObjects;

@@ -19,8 +19,9 @@ struct Digest
 inline constexpr Digest unknownDigest{0, 0};
 inline constexpr Digest missingDigest{1, 0};
 
-// Makes digests: SipHash-2-4 with 128 bits of result. Without the key nobody can make two texts that share a
-// digest, so the key is random and never leaves the process. Any thread.
+// Makes digests: SipHash-2-4 with 128 bits of result, of long values over two results of the lighter
+// SipHash-1-4, one of every other word. Without the key nobody can make two texts that share a digest, so the
+// key is random and never leaves the process. Any thread.
 class TextDigester
 {
 public:
@@ -33,6 +34,9 @@ public:
     Digest OfText(std::wstring_view text) const noexcept;
 
 private:
+    Digest OfShortValue(std::span<const std::uint8_t> bytes) const noexcept;
+    Digest OfLongValue(std::span<const std::uint8_t> bytes) const noexcept;
+
     std::uint64_t first;
     std::uint64_t second;
 };

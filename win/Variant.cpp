@@ -80,6 +80,12 @@ _variant_t ArrayElement(const VARIANT& array, ULONG index)
         FAILED(::SafeArrayGetVartype(elements, &type)))
         return element;
 
+    if (type == VT_UI1)
+    {
+        element.bVal = static_cast<const BYTE*>(elements->pvData)[index];
+        element.vt = VT_UI1;
+        return element;
+    }
     LONG position = elements->rgsabound[0].lLbound + static_cast<LONG>(index);
     if (type == VT_VARIANT)
         ::SafeArrayGetElement(elements, &position, &element);

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -47,15 +48,32 @@ TEST(TextDigest, IsThePublishedOneOfOneByte)
 TEST(TextDigest, DependsOnEveryByteOfALongValue)
 {
     const TextDigester digester;
-    std::vector<std::uint8_t> bytes = CountingBytes(61);
-    const Digest before = digester.OfBytes(bytes);
-
-    for (std::size_t place = 0; place < bytes.size(); ++place)
+    for (const std::size_t size : {61, 511, 512, 513, 519, 520, 1023})
     {
-        bytes[place] ^= 1;
-        EXPECT_NE(digester.OfBytes(bytes), before) << place;
-        bytes[place] ^= 1;
+        std::vector<std::uint8_t> bytes = CountingBytes(size);
+        const Digest before = digester.OfBytes(bytes);
+
+        for (std::size_t place = 0; place < bytes.size(); ++place)
+        {
+            bytes[place] ^= 1;
+            EXPECT_NE(digester.OfBytes(bytes), before) << place << " of " << size;
+            bytes[place] ^= 1;
+        }
     }
+}
+
+TEST(TextDigest, DependsOnTheOrderAndTheNumberOfALongValuesWords)
+{
+    const TextDigester digester;
+    const std::vector<std::uint8_t> bytes = CountingBytes(640);
+    std::vector<std::uint8_t> swapped = bytes;
+    std::swap_ranges(swapped.begin(), swapped.begin() + 8, swapped.begin() + 8);
+
+    EXPECT_NE(digester.OfBytes(swapped), digester.OfBytes(bytes));
+    for (std::size_t zeros = 512; zeros < 640; ++zeros)
+        EXPECT_NE(digester.OfBytes(std::vector<std::uint8_t>(zeros)),
+                  digester.OfBytes(std::vector<std::uint8_t>(zeros + 1)))
+            << zeros;
 }
 
 TEST(TextDigest, TellsATextFromItsBeginning)
