@@ -111,7 +111,7 @@ TEST_F(HostileFile, MayHoldMessagesAsFarApartAsNumbersAre)
 TEST_F(HostileFile, WithAMessageInNoFolderSaysThatItIsDamaged)
 {
     const std::int64_t message = store.AddMessage(folder_id::inbox, "lost");
-    store.Run("UPDATE message SET folder_id = 'nowhere'");
+    store.Run("PRAGMA foreign_keys = OFF; UPDATE message SET folder_id = 'nowhere'");
     const auto file = store.Open();
 
     EXPECT_EQ(FaultOf([&] { MessageDraft::Open(file, message); }), StoreFault::NotAStore);
