@@ -93,6 +93,9 @@ RegistryImage RegistryImage::Take()
     RegistryImage image;
     AddEntries(Save(HKEY_LOCAL_MACHINE), L"HKLM\\Software", image.entries);
     AddEntries(Save(HKEY_CURRENT_USER), L"HKCU\\Software", image.entries);
+    // Wine's settings for programs, which it writes itself while programs run.
+    std::erase_if(image.entries,
+                  [](const std::wstring& entry) { return entry.starts_with(L"HKCU\\Software\\Wine\\"); });
     return image;
 }
 
