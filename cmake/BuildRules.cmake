@@ -89,9 +89,12 @@ function(tqodr_delivered target)
     endif()
 endfunction()
 
-# tqodr_library_entry(TARGET): has a library give back, when it is unloaded, what its runtime took of the process.
+# tqodr_library_entry(TARGET): gives a library a heap of its own, and has it give back, when it is unloaded, what its
+# runtime took of the process.
 function(tqodr_library_entry target)
-    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/LibraryEntry.cpp)
+    target_sources(${target} PRIVATE
+        ${CMAKE_SOURCE_DIR}/cmake/LibraryEntry.cpp
+        ${CMAKE_SOURCE_DIR}/cmake/LibraryHeap.cpp)
     if(TQODR_ARCH STREQUAL x64)
         target_link_options(${target} PRIVATE
             -Wl,--entry=LibraryEntry

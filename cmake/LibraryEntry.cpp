@@ -1,8 +1,11 @@
-// The entry point of each library that is built here. It wraps the C runtime's own, and gives back what the
-// runtime leaves behind at unloading: the thread library that is linked into every library takes a slot of
-// thread-local storage when it is first used and never frees it. A process has about a thousand slots, so one
-// that loads and unloads a library over and over would run out of them and end. The build rules lead all
-// calls of TlsAlloc and TlsFree inside the library to the two functions here.
+// The entry point of each library that is built here. It wraps the C runtime's own: it makes the library's
+// heap before it, and gives back after it what the runtime leaves behind at unloading: the thread library
+// that is linked into every library takes a slot of thread-local storage when it is first used and never
+// frees it. A process has about a thousand slots, so one that loads and unloads a library over and over would
+// run out of them and end. The build rules lead all calls of TlsAlloc and TlsFree inside the library to the
+// two functions here.
+#include "LibraryHeap.h"
+
 #include <windows.h>
 
 #include <array>
@@ -70,11 +73,16 @@ extern "C"
 
 extern "C" BOOL WINAPI LibraryEntry(HINSTANCE module, DWORD reason, LPVOID reserved)
 {
+    if (reason == DLL_PROCESS_ATTACH && !MakeLibraryHeap())
+        return FALSE;
     const BOOL done = DllMainCRTStartup(module, reason, reserved);
-    // Destructors of the library may still lock a mutex, so its slots go last; with the process they go
-    // anyway.
+    // Destructors of the library may still lock a mutex and free memory, so its slots and its heap go last;
+    // with the process they go anyway. A library that could not start is unloaded without being told.
     const bool unloading = reason == DLL_PROCESS_DETACH && !reserved;
-    if (unloading)
+    if (unloading || (reason == DLL_PROCESS_ATTACH && !done))
+    {
         FreeHeldSlots();
+        FreeLibraryHeap();
+    }
     return done;
 }

@@ -2,7 +2,6 @@
 
 #include <mapicode.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -25,10 +24,8 @@ BlockHeader* AllocateBlock(ULONG size)
 {
     if (size > std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader))
         return nullptr;
-    auto* const block = static_cast<BlockHeader*>(std::malloc(sizeof(BlockHeader) + size));
-    if (block)
-        block->next = nullptr;
-    return block;
+    void* const bytes = ::operator new(sizeof(BlockHeader) + size, std::nothrow);
+    return bytes ? new (bytes) BlockHeader{nullptr} : nullptr;
 }
 }    // namespace
 
@@ -63,7 +60,7 @@ ULONG mapi_memory::FreeBuffer(void* buffer) noexcept
     while (block)
     {
         BlockHeader* const next = block->next;
-        std::free(block);
+        ::operator delete(block);
         block = next;
     }
     return S_OK;
