@@ -62,12 +62,28 @@ constexpr const char* alienSchemas[] = {
     "DELETE FROM sqlite_sequence",
     "UPDATE sqlite_sequence SET seq = 9223372036854775807",
     "UPDATE sqlite_sequence SET seq = 'many'",
+    "CREATE INDEX heavy ON message (subject) WHERE hex(zeroblob(1000000)) = subject",
+    "CREATE INDEX computed ON folder (length(name))",
+    "DROP TABLE recipient; CREATE TABLE recipient (message_id, row_id, type, name, address_type, "
+    "address, more DEFAULT (hex(zeroblob(1000000))))",
+    "DROP TABLE named_property; CREATE TABLE named_property (id INTEGER PRIMARY KEY, guid, lid, name CHECK "
+    "(hex(zeroblob(1000000)) <> name))",
 };
+
+// Bounds on what one statement of the writer may do, for its triggers multiply the rows: in SQLite's
+// operations, of which a row takes some dozens, and in bytes of one value.
+constexpr int mostOperations = 5'000;
+constexpr int longestValue = 4'000'000;
 
 class HostileWriter
 {
 public:
-    HostileWriter(sqlite3* connection, InputReader& input) : connection(connection), input(input) {}
+    HostileWriter(sqlite3* connection, InputReader& input) : connection(connection), input(input)
+    {
+        sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, longestValue);
+        sqlite3_progress_handler(
+            connection, mostOperations, [](void*) { return 1; }, nullptr);
+    }
 
     void Write()
     {
@@ -156,7 +172,7 @@ private:
         return hex;
     }
 
-    // What SQLite itself refuses is not in the file, and that is all right.
+    // What SQLite itself refuses, or what a bound ends, is not in the file, and that is all right.
     void Run(const std::string& sql) { sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr); }
 
     sqlite3* connection;

@@ -31,15 +31,22 @@ const std::string& RequireFile(const std::string& path)
     return path;
 }
 
+// Whether a column, a default or an index holds an expression, as no store's does: it may take any amount of
+// work and memory.
+bool ComputesAnything(Database& database)
+{
+    // An index tells -2 as the number of a column that is none.
+    return database.ReadInteger(
+               "SELECT EXISTS (SELECT 1 FROM sqlite_schema AS s, pragma_table_xinfo(s.name) AS c WHERE "
+               "s.type = 'table' AND (c.hidden <> 0 OR c.dflt_value LIKE '%(%')) "
+               "OR EXISTS (SELECT 1 FROM sqlite_schema AS s, pragma_index_list(s.name) AS i, "
+               "pragma_index_xinfo(i.name) AS c WHERE s.type = 'table' AND (i.partial OR c.cid = -2))") != 0;
+}
+
 // A file that begins well may still have been cut off or overwritten.
 void RequireContents(Database& database, const std::string& path)
 {
-    // A column that a file computes may hold any amount of work and memory.
-    const std::int64_t computedColumns =
-        database.ReadInteger("SELECT count(*) FROM sqlite_schema AS s, pragma_table_xinfo(s.name) AS c WHERE "
-                             "s.type = 'table' AND c.hidden "
-                             "<> 0");
-    if (computedColumns != 0 ||
+    if (ComputesAnything(database) ||
         database.ReadInteger("SELECT length(value) FROM setting WHERE name = 'store_uid'") != uidSize ||
         database.ReadInteger("SELECT count(*) FROM folder WHERE id BETWEEN 1 AND 11") != specialFolderCount ||
         database.ReadInteger("SELECT count(*) FROM folder WHERE id = 1 AND parent_id IS NULL") != 1)
@@ -96,7 +103,8 @@ std::shared_ptr<StoreFile> StoreFile::Open(const std::string& path)
 
 StoreFile::StoreFile(const std::string& path) : database(RequireFile(path)), readHolder(database, mutex)
 {
-    database.Execute("PRAGMA busy_timeout = 10000");
+    // No store has conditions that its values are checked by.
+    database.Execute("PRAGMA busy_timeout = 10000; PRAGMA ignore_check_constraints = ON");
     RequireFormat(database, path);
     // Of a write-ahead log a power failure leaves a beginning: whatever of the last commits is lost, the
     // store is as it was before them, and a message that was being moved lies where it lay. The rollback

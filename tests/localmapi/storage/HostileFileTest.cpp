@@ -2,6 +2,7 @@
 #include "localmapi/storage/Folders.h"
 #include "localmapi/storage/MessageDraft.h"
 #include "localmapi/storage/MessageMoves.h"
+#include "localmapi/storage/NamedProperties.h"
 #include "localmapi/storage/StoreError.h"
 #include "tests/localmapi/TemporaryStore.h"
 
@@ -72,6 +73,40 @@ TEST_F(HostileFile, IsRefusedWhenItComputesAColumn)
     store.Run("ALTER TABLE message ADD COLUMN huge AS (zeroblob(900000000))");
 
     EXPECT_EQ(FaultOfOpening(), StoreFault::NotAStore);
+}
+
+TEST_F(HostileFile, IsRefusedWhenItComputesADefault)
+{
+    store.Run("DROP TABLE recipient; CREATE TABLE recipient (message_id, row_id, type, name, address_type, "
+              "address, more DEFAULT (zeroblob(900000000)))");
+
+    EXPECT_EQ(FaultOfOpening(), StoreFault::NotAStore);
+}
+
+TEST_F(HostileFile, IsRefusedWhenItComputesWhatItIndexes)
+{
+    store.Run("CREATE INDEX heavy ON message (hex(zeroblob(400000000)))");
+
+    EXPECT_EQ(FaultOfOpening(), StoreFault::NotAStore);
+}
+
+TEST_F(HostileFile, IsRefusedWhenItComputesWhichRowsItIndexes)
+{
+    store.Run("CREATE INDEX heavy ON message (subject) WHERE hex(zeroblob(400000000)) = subject");
+
+    EXPECT_EQ(FaultOfOpening(), StoreFault::NotAStore);
+}
+
+TEST_F(HostileFile, ChecksNoConditionOfItsOwn)
+{
+    store.Run(
+        "DROP TABLE named_property; CREATE TABLE named_property (id INTEGER PRIMARY KEY, guid, lid, name "
+        "CHECK (hex(zeroblob(400000000)) = name))");
+    const auto file = store.Open();
+
+    const std::uint32_t id = FindNamedProperty(*file, {Blob(16, 1), std::string("Keywords")}, true);
+
+    EXPECT_EQ(id, 0x8000u);
 }
 
 TEST_F(HostileFile, IsRefusedWhenItsRootLiesInAnotherFolder)
