@@ -95,6 +95,13 @@ bool IsMarkedAsAttachment(GMimeObject* part)
     return value && AsciiLower(Trimmed(value)) == "attachment";
 }
 
+// A field that says nothing is as none: what it would describe is a text (RFC 2045 5.2).
+bool HasEmptyType(GMimeObject* part)
+{
+    const char* const type = g_mime_object_get_header(part, "Content-Type");
+    return type && Trimmed(type).empty();
+}
+
 class MimeReader
 {
 public:
@@ -127,7 +134,7 @@ private:
     bool IsBodyText(GMimeObject* part) const
     {
         GMimeContentType* const type = g_mime_object_get_content_type(part);
-        const bool readable = g_mime_content_type_is_type(type, "text", "plain") ||
+        const bool readable = HasEmptyType(part) || g_mime_content_type_is_type(type, "text", "plain") ||
                               g_mime_content_type_is_type(type, "text", "html") ||
                               (part == top && g_mime_content_type_is_type(type, "text", "*"));
         if (!readable || IsMarkedAsAttachment(part))

@@ -159,6 +159,14 @@ TEST(Body, IsGuessedWithoutACharset)
     EXPECT_EQ(Convert("Subject: x\n\ncaf\xE9\n").body, "caf\u00E9\r\n");
 }
 
+TEST(Body, IsTheTextOfAnEmptyType)
+{
+    const std::string part = "--b\nContent-Type: \n\nof a part\n--b--\n";
+
+    EXPECT_EQ(Convert("Content-Type: \n\nof a mail\n").body, "of a mail\r\n");
+    EXPECT_EQ(Convert("Content-Type: multipart/mixed; boundary=b\n\n" + part).body, "of a part");
+}
+
 TEST(Body, IsMadeFromHtmlWhenThereIsNoText)
 {
     const MailRecord record =

@@ -64,7 +64,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         "Subject: x\n\nno type\n", "Subject: x\r\nTo: y\r\n\r\nline\r\nends\r\n", "Subject: x\n\n",
         "Subject: x\n\n\n\nlines before\nand no end", "Subject: x\n folded\n\ttwice\n\nbody\n",
-        "Content-Type: text/plain\n\n--not a part\n",
+        "Content-Type: text/plain\n\n--not a part\n", "Content-Type: \n\nof an empty type\n",
+        "Content-Transfer-Encoding: \nContent-Disposition: \n\nof nothing else either\n",
         "Content-Type: TEXT/Plain; charset=\"ISO-8859-1\"\n\n\xE9t\xE9\n",
         "Content-Type: text/plain; charset=utf-8; format=flowed\nContent-Transfer-Encoding: "
         "8bit\n\n\xC3\xA9\xFF\n",
