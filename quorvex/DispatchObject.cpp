@@ -82,15 +82,8 @@ STDMETHODIMP_(ULONG) CDispatchObject::Release() noexcept
     if (left == 0)
     {
         // The last reference may go on a thread that never called; the MAPI objects held here must be let go
-        // on a thread that MAPI knows. Where MAPI cannot be had, none are held.
-        try
-        {
-            PrepareThread();
-        }
-        catch (...)
-        {
-            // Nothing to prepare for.
-        }
+        // on a thread that MAPI knows.
+        PrepareThreadForRelease();
         delete this;
     }
     return left;

@@ -8,6 +8,7 @@
 namespace
 {
 std::atomic<const MapiFunctions*> replacement = nullptr;
+std::atomic<bool> anyThreadPrepared = false;
 
 template <class Function>
 void FindFunction(HMODULE library, const char* name, Function& function)
@@ -99,4 +100,19 @@ void PrepareThread()
                             L"). Install a mail program that has Extended MAPI, make it the default and "
                             L"try again.");
     FlsSetValue(slot, const_cast<MapiFunctions*>(&functions));
+    anyThreadPrepared = true;
+}
+
+void PrepareThreadForRelease() noexcept
+{
+    if (!anyThreadPrepared)
+        return;
+    try
+    {
+        PrepareThread();
+    }
+    catch (...)
+    {
+        // MAPI does not start on this thread; what is let go must go all the same.
+    }
 }

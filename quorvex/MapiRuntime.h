@@ -26,3 +26,8 @@ void ReplaceMapi(const MapiFunctions* functions) noexcept;
 // Initialises MAPI for the calling thread unless that was done; MAPI is uninitialised for it when the thread
 // ends. Cheap when there is nothing to do. Throws MapiError.
 void PrepareThread();
+
+// The same for a thread that lets go of what may hold MAPI's objects, as far as it succeeds. Where no thread
+// of this process has been prepared there are none: MAPI is not loaded then, and the module may still be
+// unloaded.
+void PrepareThreadForRelease() noexcept;

@@ -14,12 +14,22 @@ namespace
 {
 constexpr CLSID addInClass = {0x2E1CE4E6, 0x8591, 0x4C0A, {0xA3, 0xC2, 0x46, 0xA0, 0xD2, 0xC1, 0xE3, 0x71}};
 
+constexpr wchar_t addInFile[] = L"TalmoreQuorvexOutlookDuplicateRemover.dll";
+constexpr wchar_t serverFile[] = L"QuorvexDll.dll";
+
 class Installation : public SetupFixture
 {
 protected:
-    std::wstring AddInPath(For whom) const
+    static std::wstring InstalledPath(For whom, const wchar_t* file)
     {
-        return (installer::UsualFolder(whom) / L"x64\\TalmoreQuorvexOutlookDuplicateRemover.dll").wstring();
+        return (installer::UsualFolder(whom) / L"x64" / file).wstring();
+    }
+    static std::wstring LoadedPath(const wchar_t* file)
+    {
+        wchar_t path[MAX_PATH] = L"";
+        if (const HMODULE module = ::GetModuleHandleW(file))
+            ::GetModuleFileNameW(module, path, MAX_PATH);
+        return path;
     }
 };
 
@@ -59,7 +69,7 @@ TEST_F(Installation, OfAUserRegistersForHimAlone)
 {
     ASSERT_EQ(installer::Run(L"/CURRENTUSER"), installer::done);
 
-    EXPECT_EQ(RegistryText(HKEY_CURRENT_USER, classKey, L""), AddInPath(For::user));
+    EXPECT_EQ(RegistryText(HKEY_CURRENT_USER, classKey, L""), InstalledPath(For::user, addInFile));
     EXPECT_EQ(RegistryText(HKEY_CURRENT_USER, L"Software\\Classes\\QuorvexDll.RDOSession\\CLSID", L""),
               L"{72559189-E9E5-476E-8CAD-B12D4F24CE09}");
     EXPECT_EQ(LoadBehavior(HKEY_CURRENT_USER), 3u);
@@ -98,7 +108,7 @@ TEST_F(Installation, OfTheMachineShowsTheAddInToEveryUsersOutlook)
 {
     ASSERT_EQ(installer::Run(L"/ALLUSERS"), installer::done);
 
-    EXPECT_EQ(RegistryText(HKEY_LOCAL_MACHINE, classKey, L""), AddInPath(For::everyone));
+    EXPECT_EQ(RegistryText(HKEY_LOCAL_MACHINE, classKey, L""), InstalledPath(For::everyone, addInFile));
     EXPECT_EQ(LoadBehavior(HKEY_LOCAL_MACHINE), 3u);
 }
 
@@ -156,25 +166,28 @@ TEST_F(Installation, LetsComCreateTheAddIn)
         ComPtr<IDispatch> addIn;
         EXPECT_EQ(::CoCreateInstance(addInClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDispatch), &addIn),
                   S_OK);
-        wchar_t path[MAX_PATH] = L"";
-        ::GetModuleFileNameW(::GetModuleHandleW(L"TalmoreQuorvexOutlookDuplicateRemover.dll"), path,
-                             MAX_PATH);
-        EXPECT_EQ(path, AddInPath(For::everyone));
+        EXPECT_EQ(LoadedPath(addInFile), InstalledPath(For::everyone, addInFile));
     }
     ::CoFreeUnusedLibrariesEx(0, 0);
     ::CoUninitialize();
 }
 
-TEST_F(Installation, LetsComFindTheMailStoreServerByItsName)
+TEST_F(Installation, LetsComCreateTheMailStoreServerByItsName)
 {
     ASSERT_EQ(installer::Run(L"/ALLUSERS"), installer::done);
+    ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
 
-    CLSID server{};
-    ASSERT_EQ(::CLSIDFromProgID(L"QuorvexDll.RDOSession", &server), S_OK);
-    EXPECT_EQ(RegistryText(
-                  HKEY_LOCAL_MACHINE,
-                  L"Software\\Classes\\CLSID\\{72559189-E9E5-476E-8CAD-B12D4F24CE09}\\InprocServer32", L""),
-              (installer::UsualFolder(For::everyone) / L"x64\\QuorvexDll.dll").wstring());
+    {
+        CLSID server{};
+        ASSERT_EQ(::CLSIDFromProgID(L"QuorvexDll.RDOSession", &server), S_OK);
+        ComPtr<IDispatch> session;
+        EXPECT_EQ(::CoCreateInstance(server, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDispatch), &session),
+                  S_OK);
+        EXPECT_EQ(LoadedPath(serverFile), InstalledPath(For::everyone, serverFile));
+    }
+    // While it is loaded the removal is refused.
+    ::CoFreeUnusedLibrariesEx(0, 0);
+    ::CoUninitialize();
 }
 
 TEST_F(Installation, MakesTheHostLoadTheAddIn)
