@@ -44,7 +44,10 @@ Handle Start(std::wstring commandLine, HANDLE output)
 DWORD ExitCodeOf(const Handle& process)
 {
     if (::WaitForSingleObject(process.get(), longestRun) != WAIT_OBJECT_0)
+    {
+        ::TerminateProcess(process.get(), 0);    // it would be in the way of every test after this one
         throw std::runtime_error("a program does not end");
+    }
     DWORD code = 0;
     ::GetExitCodeProcess(process.get(), &code);
     return code;
