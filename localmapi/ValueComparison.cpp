@@ -23,6 +23,16 @@ std::weak_ordering CompareExactly(const StoredValue& left, const StoredValue& ri
     return right < left ? std::weak_ordering::greater : std::weak_ordering::equivalent;
 }
 
+// As CompareExactly, but what is no number stands in no order to any: nothing is equal to it.
+std::partial_ordering CompareForRelation(const StoredValue& left, const StoredValue& right)
+{
+    const auto* const leftReal = std::get_if<double>(&left);
+    const auto* const rightReal = std::get_if<double>(&right);
+    if (leftReal && rightReal)
+        return *leftReal <=> *rightReal;
+    return CompareExactly(left, right);
+}
+
 // The text without its accents and other marks that take no room of their own.
 std::wstring WithoutNonspacingMarks(const std::wstring& text)
 {
@@ -96,7 +106,7 @@ bool StandsInRelation(const StoredValue& left, ULONG relop, const StoredValue& r
 {
     if (left.index() != right.index() || std::holds_alternative<std::monostate>(left))
         return false;
-    const std::weak_ordering order = CompareExactly(left, right);
+    const std::partial_ordering order = CompareForRelation(left, right);
     switch (relop)
     {
     case RELOP_LT:

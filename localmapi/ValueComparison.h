@@ -16,7 +16,7 @@
 std::weak_ordering CompareForSort(const StoredValue& left, const StoredValue& right);
 
 // Whether `left` stands to `right` as RELOP_LT ... RELOP_NE says; texts with regard to case. False when
-// either is absent or they are of different kinds.
+// either is absent or they are of different kinds. A real that is no number is unlike every other.
 bool StandsInRelation(const StoredValue& left, ULONG relop, const StoredValue& right);
 
 // Whether a text or binary value holds `part` as the fuzzy level says: FL_FULLSTRING, FL_SUBSTRING or

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace
 {
 class TableRestriction : public testing::Test
@@ -78,6 +80,17 @@ TEST_F(TableRestriction, ComparesNegativeNumbersAsNegative)
     samples = {{"below", -1}, {"above", 1}};
 
     EXPECT_EQ(RowsThatMeet(SizeIs(RELOP_LT, 0)), (Texts{L"below"}));
+}
+
+TEST_F(TableRestriction, HoldsARealThatIsNoNumberUnlikeAll)
+{
+    constexpr ULONG tag = PROP_TAG(PT_DOUBLE, 0x6611);
+    samples = {{"one", 0, {{tag, 1.0}}}, {"none", 0}};
+    const SPropValue noNumber = Restrictions::Real(tag, std::numeric_limits<double>::quiet_NaN());
+
+    for (const ULONG relop : {RELOP_LT, RELOP_LE, RELOP_GT, RELOP_GE, RELOP_EQ})
+        EXPECT_EQ(RowsThatMeet(make.Property(relop, tag, noNumber)), Texts{}) << relop;
+    EXPECT_EQ(RowsThatMeet(make.Property(RELOP_NE, tag, noNumber)), (Texts{L"one"}));
 }
 
 TEST_F(TableRestriction, ComparesTimesAsInstants)

@@ -4,6 +4,7 @@
 
 #include <mapidefs.h>
 
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <utility>
@@ -76,6 +77,14 @@ public:
         return restriction;
     }
 
+    // With one inner restriction or none.
+    SRestriction Comment(std::vector<SRestriction> inner)
+    {
+        SRestriction restriction = Of(RES_COMMENT);
+        restriction.res.resComment.lpRes = inner.empty() ? nullptr : Keep(std::move(inner));
+        return restriction;
+    }
+
     SRestriction Exist(ULONG tag)
     {
         SRestriction restriction = Of(RES_EXIST);
@@ -91,11 +100,43 @@ public:
         return value;
     }
 
-    static SPropValue Number(ULONG tag, LONG number)
+    SPropValue Narrow(ULONG tag, const std::string& text)
     {
         SPropValue value = {};
         value.ulPropTag = tag;
-        value.Value.l = number;
+        value.Value.lpszA = narrowTexts.emplace_back(text).data();
+        return value;
+    }
+
+    // Of type PT_BINARY or PT_CLSID.
+    SPropValue Bytes(ULONG tag, const std::vector<BYTE>& bytes)
+    {
+        SPropValue value = {};
+        value.ulPropTag = tag;
+        BYTE* const kept = blobs.emplace_back(bytes).data();
+        if (PROP_TYPE(tag) == PT_CLSID)
+            value.Value.lpguid = reinterpret_cast<GUID*>(kept);
+        else
+            value.Value.bin = {static_cast<ULONG>(bytes.size()), kept};
+        return value;
+    }
+
+    static SPropValue Number(ULONG tag, LONG number) { return Integer(tag, number); }
+
+    // Of any type that is a whole number or a time.
+    static SPropValue Integer(ULONG tag, std::int64_t number)
+    {
+        SPropValue value = {};
+        value.ulPropTag = tag;
+        value.Value.li.QuadPart = number;
+        return value;
+    }
+
+    static SPropValue Real(ULONG tag, double number)
+    {
+        SPropValue value = {};
+        value.ulPropTag = tag;
+        value.Value.dbl = number;
         return value;
     }
 
@@ -114,6 +155,8 @@ private:
     }
 
     std::deque<std::wstring> texts;
+    std::deque<std::string> narrowTexts;
+    std::deque<std::vector<BYTE>> blobs;
     std::deque<SPropValue> values;
     std::deque<std::vector<SRestriction>> lists;
 };

@@ -1,9 +1,8 @@
-// Random calls of the registered server's objects, over a real store. TQODR_FUZZ_SEED=N makes those of that
-// seed again; TQODR_FUZZ_SECONDS says for how long new seeds are tried (2 when it is not set).
+// Random calls of the registered server's objects, over a real store.
+#include "tests/FuzzSeeds.h"
 #include "tests/quorvex/DispatchCaller.h"
 #include "tests/quorvex/ServerFixture.h"
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -109,31 +108,15 @@ TEST_F(DispatchFuzz, OpensNothingByAnIdThatNamesNoMessage)
     EXPECT_EQ(open(whole), DISP_E_EXCEPTION);
 }
 
-std::uint32_t FirstSeed()
-{
-    if (const char* seed = std::getenv("TQODR_FUZZ_SEED"))
-        return static_cast<std::uint32_t>(std::strtoul(seed, nullptr, 10));
-    return 1;
-}
-
-std::chrono::seconds TimeToSpend()
-{
-    if (std::getenv("TQODR_FUZZ_SEED"))
-        return {};
-    const char* seconds = std::getenv("TQODR_FUZZ_SECONDS");
-    return std::chrono::seconds(seconds ? std::atoi(seconds) : 2);
-}
-
 TEST_F(DispatchFuzz, AnswersEveryCallCleanlyAndLosesNothing)
 {
-    const auto end = std::chrono::steady_clock::now() + TimeToSpend();
-    std::uint32_t seed = FirstSeed();
+    FuzzSeeds seeds;
     do
     {
-        SCOPED_TRACE("TQODR_FUZZ_SEED=" + std::to_string(seed));
-        std::printf("seed %u\n", seed);
+        SCOPED_TRACE(seeds.Name());
+        std::printf("seed %u\n", static_cast<unsigned>(seeds.Current()));
         std::fflush(stdout);
-        CallWith(seed++);
-    } while (!HasFailure() && std::chrono::steady_clock::now() < end);
+        CallWith(seeds.Current());
+    } while (!HasFailure() && seeds.Next());
 }
 }    // namespace
