@@ -52,6 +52,7 @@ bool IsSameEntry(IMAPISession* session, const EntryIdBytes& first, const EntryId
 
 bool LiesIn(SessionContext& session, IMsgStore* store, const EntryIdBytes& messageId,
             const EntryIdBytes& folderId)
+try
 {
     ULONG type = 0;
     ComPtr<IUnknown> object;
@@ -62,6 +63,10 @@ bool LiesIn(SessionContext& session, IMsgStore* store, const EntryIdBytes& messa
         return false;
     const auto parent = ReadBinary(message.Get(), PR_PARENT_ENTRYID);
     return parent && IsSameEntry(session.Session(), *parent, folderId);
+}
+catch (const MapiError&)
+{
+    return false;    // the message does not say where it lies
 }
 
 std::optional<EntryIdBytes> LastWithSearchKey(IMAPIFolder* folder, const std::vector<std::uint8_t>& searchKey)

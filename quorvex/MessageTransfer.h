@@ -10,7 +10,7 @@
 #include <optional>
 #include <vector>
 
-// Moving, copying and deleting one message. All throw MapiError; a store that reports success but for "some
+// Moving, copying and deleting one message. They throw MapiError; a store that reports success but for "some
 // of the messages" has not done it, and counts as failed.
 
 enum class Transfer : ULONG
@@ -25,7 +25,8 @@ void DeleteMessage(IMAPIFolder* from, const EntryIdBytes& messageId);
 // Whether two entry ids, short- or long-term, are of one object.
 bool IsSameEntry(IMAPISession* session, const EntryIdBytes& first, const EntryIdBytes& second);
 
-// Whether the id, which a store may keep or give anew to what it moves, names a message of that folder.
+// Whether the id, which a store may keep or give anew to what it moves, names a message of that folder. False
+// also where that cannot be told: what asks after a move has succeeded whatever is answered.
 bool LiesIn(SessionContext& session, IMsgStore* store, const EntryIdBytes& messageId,
             const EntryIdBytes& folderId);
 

@@ -86,6 +86,7 @@ STDMETHODIMP TreeFolder::CopyMessages(ENTRYLIST* ids, const IID*, void* destinat
         const std::shared_ptr<Message> original = *found;
         const auto copy = AddStoredMessage(target, original->properties);
         copy->properties[PR_SEARCH_KEY] = original->properties.at(PR_SEARCH_KEY);
+        copy->habits = original->habits;
         if (!(flags & MESSAGE_MOVE))
             continue;
         if (store->keepsIds)

@@ -364,6 +364,19 @@ TEST_F(MailItem, IsFoundAgainUnderTheNewIdThatAMoveGaveIt)
     EXPECT_EQ(Text(moved, dispid::mailItem::subject), L"Minutes");
 }
 
+TEST_F(MailItem, CountsAsMovedWhenItDoesNotSayWhereItLiesAfterwards)
+{
+    const auto message = fake::AddStoredMessage(*inbox, {{PR_SUBJECT_W, L"Minutes"}});
+    message->habits.errorProps[PR_PARENT_ENTRYID] = MAPI_E_NO_ACCESS;
+
+    const auto outcome = Call(ItemOfInbox(1), dispid::mailItem::moveTo, {_variant_t(Archive().Get())});
+
+    ASSERT_EQ(outcome.result, S_OK);
+    EXPECT_TRUE(inbox->messages.empty());
+    EXPECT_EQ(Text(automation::ObjectOf(outcome.value), dispid::mailItem::entryId),
+              ToHex(archive->messages.front()->entryId));
+}
+
 TEST_F(MailItem, DoesNotCountAsMovedWhenTheStoreLeftItBehind)
 {
     fake::AddStoredMessage(*inbox, {});
