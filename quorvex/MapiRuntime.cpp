@@ -37,14 +37,23 @@ MapiFunctions LoadMapi()
     return functions;    // the library stays: objects made by it may outlive any owner here
 }
 
+using ShutdownInProgress = BOOLEAN WINAPI();
+
+ShutdownInProgress* FindShutdownInProgress()
+{
+    return reinterpret_cast<ShutdownInProgress*>(reinterpret_cast<void (*)()>(
+        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress")));
+}
+
+// Written before there is a slot whose callback reads it: to look it up there would take the loader's lock,
+// and the system calls with the lock of all such slots held, which other ending threads want while they hold
+// the loader's.
+ShutdownInProgress* shutdownInProgress = nullptr;
+
 // A process on its way out has lost its other threads, and with them the locks that they held.
 bool ProcessIsEnding()
 {
-    using DllShutdownInProgress = BOOLEAN(WINAPI*)();
-    const HMODULE kernel = GetModuleHandleW(L"ntdll.dll");
-    const auto inProgress = reinterpret_cast<DllShutdownInProgress>(
-        reinterpret_cast<void (*)()>(GetProcAddress(kernel, "RtlDllShutdownInProgress")));
-    return inProgress && inProgress();
+    return shutdownInProgress && shutdownInProgress();
 }
 
 void WINAPI OnThreadEnd(void* preparedFor)
@@ -62,6 +71,7 @@ DWORD ThreadSlot()
         HMODULE self = nullptr;
         GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
                            reinterpret_cast<const wchar_t*>(&OnThreadEnd), &self);
+        shutdownInProgress = FindShutdownInProgress();
         return FlsAlloc(OnThreadEnd);
     }();
     if (slot == FLS_OUT_OF_INDEXES)

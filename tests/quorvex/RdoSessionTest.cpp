@@ -2,10 +2,40 @@
 
 #include <mapicode.h>
 
+#include <future>
 #include <thread>
 
 namespace
 {
+// The lock under which libraries are loaded, unloaded and told of threads.
+class LoaderLock
+{
+public:
+    LoaderLock() { Find<LONG WINAPI(ULONG, ULONG*, ULONG_PTR*)>("LdrLockLoaderLock")(0, nullptr, &cookie); }
+    LoaderLock(const LoaderLock&) = delete;
+    LoaderLock& operator=(const LoaderLock&) = delete;
+    ~LoaderLock() { Find<LONG WINAPI(ULONG, ULONG_PTR)>("LdrUnlockLoaderLock")(0, cookie); }
+
+private:
+    template <typename Function>
+    static Function* Find(const char* name)
+    {
+        return reinterpret_cast<Function*>(
+            reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
+    }
+
+    ULONG_PTR cookie = 0;
+};
+
+// How often MAPI is initialised, once that is what is wanted or half a minute has gone.
+int WaitForInitialized(int wanted)
+{
+    const ULONGLONG end = GetTickCount64() + 30'000;
+    while (fake::FakeMapiSession::initialized != wanted && GetTickCount64() < end)
+        SwitchToThread();
+    return fake::FakeMapiSession::initialized;
+}
+
 class RdoSession : public SessionFixture
 {
 };
@@ -107,6 +137,33 @@ TEST_F(RdoSession, StartsMapiOnceForEachThreadAndEndsItWithTheThread)
     EXPECT_EQ(during, before + 1);
     EXPECT_EQ(fake::FakeMapiSession::initialized, before);
     EXPECT_EQ(fake::FakeMapiSession::initializeFlags, static_cast<ULONG>(MAPI_MULTITHREAD_NOTIFICATIONS));
+}
+
+// The system wants the loader's lock at another point of each thread's end.
+TEST_F(RdoSession, EndsMapiForAThreadWithoutTheLoadersLock)
+{
+    LogOn();
+    const int before = fake::FakeMapiSession::initialized;
+    std::promise<void> used;
+    std::promise<void> mayEnd;
+    std::thread thread(
+        [&, end = mayEnd.get_future()]
+        {
+            Inbox();
+            used.set_value();
+            end.wait();
+        });
+    used.get_future().wait();
+    int after = 0;
+
+    {
+        const LoaderLock lock;
+        mayEnd.set_value();
+        after = WaitForInitialized(before);
+    }
+    thread.join();
+
+    EXPECT_EQ(after, before);
 }
 
 TEST_F(RdoSession, OpensAMessageByItsIdWithTheAccessAskedFor)
