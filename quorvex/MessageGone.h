@@ -6,10 +6,12 @@
 
 #include <utility>
 
-// Thrown when one message can no longer be read though its folder can: deleted meanwhile, locked away or
-// damaged.
-struct MessageGone
+// The failure of one message that can no longer be read though its folder can: deleted meanwhile, locked away
+// or damaged.
+class MessageGone : public MapiError
 {
+public:
+    explicit MessageGone(const MapiError& failure) : MapiError(failure) {}
 };
 
 // True for the failures that say this of a message.
@@ -27,7 +29,7 @@ auto OfOneMessage(Read&& read)
     catch (const MapiError& error)
     {
         if (MeansGone(error.Code()))
-            throw MessageGone();
+            throw MessageGone(error);
         throw;
     }
 }

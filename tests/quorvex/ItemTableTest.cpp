@@ -357,6 +357,21 @@ TEST_F(ItemTableTest, TellsWhatTheStoreRefused)
     EXPECT_NE(outcome.description.find(L"The cable is out."), std::wstring::npos);
 }
 
+TEST_F(ItemTableTest, TellsThatTheRowsMessageIsGone)
+{
+    Add({});
+    const _variant_t columns = Columns({0x0037001F});
+    ASSERT_EQ(PutColumns(Table(), columns), S_OK);
+    Row();
+    folder->messages.clear();
+
+    const Outcome outcome = Invoke(Table(), dispid::itemTable::getRow, DISPATCH_METHOD);
+
+    EXPECT_EQ(outcome.result, DISP_E_EXCEPTION);
+    EXPECT_EQ(outcome.code, MAPI_E_NOT_FOUND);
+    EXPECT_FALSE(outcome.description.empty());
+}
+
 TEST_F(ItemTableTest, WalksBackwardsWhenAskedTo)
 {
     const fake::Bytes first = Add({}).entryId;
