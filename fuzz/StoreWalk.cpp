@@ -106,7 +106,7 @@ private:
             [&]
             {
                 const auto draft = MessageDraft::Open(file, id);
-                Try([&] { draft->Read(draft->ListTags()); });
+                Try([&] { draft->Read(draft->ListTags(), [](std::size_t, const StoredValue&) {}); });
                 Try([&] { draft->Recipients(); });
                 Try(
                     [&]

@@ -25,7 +25,7 @@ public:
 
     const StoreContext& Store() const override { return *store; }
     std::vector<std::uint32_t> ListTags() override;
-    std::vector<StoredValue> ReadValues(std::span<const std::uint32_t> tags) override;
+    void GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive) override;
     SCODE ProblemWithChanging(std::uint32_t tag) const override;
     void WriteValues(const std::map<std::uint32_t, StoredValue>& values) override;
     void Save() override;
@@ -56,20 +56,18 @@ std::vector<std::uint32_t> CMapiAttach::ListTags()
     return tags;
 }
 
-std::vector<StoredValue> CMapiAttach::ReadValues(std::span<const std::uint32_t> tags)
+void CMapiAttach::GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive)
 {
     const std::lock_guard lock(mutex);
     const std::map<std::uint32_t, StoredValue> known = AttachmentValues(number, change.record);
-    std::vector<StoredValue> values;
-    for (const std::uint32_t tag : tags)
+    for (std::size_t i = 0; i < tags.size(); ++i)
     {
-        const auto found = known.find(tag);
-        if (tag == tag::attachDataBin)
-            values.push_back(Data());
+        const auto found = known.find(tags[i]);
+        if (tags[i] == tag::attachDataBin)
+            receive(i, Data());
         else
-            values.push_back(found == known.end() ? StoredValue() : found->second);
+            receive(i, found == known.end() ? StoredValue() : found->second);
     }
-    return values;
 }
 
 StoredValue CMapiAttach::Data()

@@ -35,7 +35,7 @@ public:
 
     const StoreContext& Store() const override { return *store; }
     std::vector<std::uint32_t> ListTags() override;
-    std::vector<StoredValue> ReadValues(std::span<const std::uint32_t> tags) override;
+    void GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive) override;
     SCODE ProblemWithChanging(std::uint32_t tag) const override;
     void WriteValues(const std::map<std::uint32_t, StoredValue>& values) override;
     Microsoft::WRL::ComPtr<IMAPITable> OpenObjectTable(std::uint32_t tag) override;
@@ -76,20 +76,15 @@ std::vector<std::uint32_t> CMapiFolder::ListTags()
     return present;
 }
 
-std::vector<StoredValue> CMapiFolder::ReadValues(std::span<const std::uint32_t> tags)
+void CMapiFolder::GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive)
 {
     std::vector<std::uint32_t> asked(tags.begin(), tags.end());
     asked.push_back(tag::storedFolderId);
-    std::vector<StoredValue> values = ReadFolderValues(*store, {&id, 1}, asked);
+    const std::vector<StoredValue> values = ReadFolderValues(*store, {&id, 1}, asked);
     if (std::holds_alternative<std::monostate>(values.back()))
         throw MapiError(MAPI_E_OBJECT_DELETED);
-    values.pop_back();
     for (std::size_t i = 0; i < tags.size(); ++i)
-    {
-        if (tags[i] == tag::accessLevel)
-            values[i] = std::int64_t{modify ? MAPI_MODIFY : 0};
-    }
-    return values;
+        receive(i, tags[i] == tag::accessLevel ? std::int64_t{modify ? MAPI_MODIFY : 0} : values[i]);
 }
 
 SCODE CMapiFolder::ProblemWithChanging(std::uint32_t tag) const

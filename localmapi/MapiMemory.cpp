@@ -2,17 +2,33 @@
 
 #include <mapicode.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <new>
 
 namespace
 {
-// Stands in front of the bytes the caller sees; the chain starts at the buffer and runs through what was
-// allocated onto it. The alignment keeps those bytes fit for any type.
-struct alignas(16) BlockHeader
+// Fit for any type.
+constexpr std::size_t alignment = 16;
+
+// What is allocated onto a buffer is mostly a short text or an id: such share a block of this size.
+constexpr std::size_t sharedSize = 512;
+
+// Stands in front of a block's bytes. The chain starts at the buffer and runs through the blocks that were
+// allocated onto it.
+struct alignas(alignment) BlockHeader
 {
     BlockHeader* next;
+    std::size_t taken;    // of the bytes that follow
+    std::size_t size;     // of them all
+
+    void* Take(std::size_t bytes)
+    {
+        void* const place = reinterpret_cast<char*>(this + 1) + taken;
+        taken += bytes;
+        return place;
+    }
 };
 
 BlockHeader* HeaderOf(void* buffer)
@@ -20,12 +36,37 @@ BlockHeader* HeaderOf(void* buffer)
     return static_cast<BlockHeader*>(buffer) - 1;
 }
 
-BlockHeader* AllocateBlock(ULONG size)
+std::size_t Aligned(std::size_t size)
 {
-    if (size > std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader))
-        return nullptr;
+    return (size + alignment - 1) / alignment * alignment;
+}
+
+BlockHeader* AllocateBlock(std::size_t size)
+{
     void* const bytes = ::operator new(sizeof(BlockHeader) + size, std::nothrow);
-    return bytes ? new (bytes) BlockHeader{nullptr} : nullptr;
+    return bytes ? new (bytes) BlockHeader{nullptr, 0, size} : nullptr;
+}
+
+// A block of the chain that has so much room: the one behind the buffer, or a new one.
+BlockHeader* BlockWithRoom(BlockHeader& buffer, std::size_t size)
+{
+    BlockHeader* const shared = buffer.next;
+    if (shared && shared->size - shared->taken >= size)
+        return shared;
+    BlockHeader* const block = AllocateBlock(std::max(size, sharedSize));
+    if (!block)
+        return nullptr;
+    // What fills a block of its own goes behind the one that still has room.
+    BlockHeader& before = shared && size >= sharedSize ? *shared : buffer;
+    block->next = before.next;
+    before.next = block;
+    return block;
+}
+
+// On x86 the largest sizes that MAPI can say leave no room for a header.
+bool IsTooLarge(ULONG size)
+{
+    return size > std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader) - alignment;
 }
 }    // namespace
 
@@ -33,8 +74,8 @@ SCODE mapi_memory::AllocateBuffer(ULONG size, void** buffer) noexcept
 {
     if (!buffer)
         return MAPI_E_INVALID_PARAMETER;
-    BlockHeader* const block = AllocateBlock(size);
-    *buffer = block ? block + 1 : nullptr;
+    BlockHeader* const block = IsTooLarge(size) ? nullptr : AllocateBlock(size);
+    *buffer = block ? block->Take(size) : nullptr;
     return block ? S_OK : MAPI_E_NOT_ENOUGH_MEMORY;
 }
 
@@ -45,12 +86,10 @@ SCODE mapi_memory::AllocateMore(ULONG size, void* owner, void** buffer) noexcept
     *buffer = nullptr;
     if (!owner)
         return MAPI_E_INVALID_PARAMETER;
-    BlockHeader* const block = AllocateBlock(size);
+    BlockHeader* const block = IsTooLarge(size) ? nullptr : BlockWithRoom(*HeaderOf(owner), Aligned(size));
     if (!block)
         return MAPI_E_NOT_ENOUGH_MEMORY;
-    block->next = HeaderOf(owner)->next;
-    HeaderOf(owner)->next = block;
-    *buffer = block + 1;
+    *buffer = block->Take(Aligned(size));
     return S_OK;
 }
 

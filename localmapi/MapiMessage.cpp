@@ -14,7 +14,6 @@
 #include <mapiguid.h>
 
 #include <algorithm>
-#include <iterator>
 
 namespace
 {
@@ -32,7 +31,7 @@ public:
 
     const StoreContext& Store() const override { return *store; }
     std::vector<std::uint32_t> ListTags() override;
-    std::vector<StoredValue> ReadValues(std::span<const std::uint32_t> tags) override;
+    void GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive) override;
     SCODE ProblemWithChanging(std::uint32_t tag) const override;
     void WriteValues(const std::map<std::uint32_t, StoredValue>& values) override;
     void Save() override;
@@ -65,28 +64,28 @@ std::vector<std::uint32_t> CMapiMessage::ListTags()
     return tags;
 }
 
-std::vector<StoredValue> CMapiMessage::ReadValues(std::span<const std::uint32_t> tags)
+void CMapiMessage::GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive)
 {
     const auto isStored = [&](std::uint32_t tag)
     { return tag != tag::accessLevel && !IsPlaceOfMessage(*store, tag); };
     if (std::ranges::all_of(tags, isStored))
-        return draft->Read(tags);
-    std::vector<std::uint32_t> stored;
-    std::ranges::copy_if(tags, std::back_inserter(stored), isStored);
-    std::vector<StoredValue> read = draft->Read(stored);
+        return draft->Read(tags, receive);
 
-    std::vector<StoredValue> values(tags.size());
-    auto next = read.begin();
+    std::vector<std::uint32_t> stored;
+    std::vector<std::size_t> places;
     for (std::size_t i = 0; i < tags.size(); ++i)
     {
         if (isStored(tags[i]))
-            values[i] = std::move(*next++);
+        {
+            stored.push_back(tags[i]);
+            places.push_back(i);
+        }
         else if (tags[i] == tag::accessLevel)
-            values[i] = std::int64_t{modify ? MAPI_MODIFY : 0};
+            receive(i, std::int64_t{modify ? MAPI_MODIFY : 0});
         else
-            values[i] = PlaceValue(tags[i]);
+            receive(i, PlaceValue(tags[i]));
     }
-    return values;
+    draft->Read(stored, [&](std::size_t i, const StoredValue& value) { receive(places[i], value); });
 }
 
 StoredValue CMapiMessage::PlaceValue(std::uint32_t tag) const

@@ -24,7 +24,7 @@ public:
 
     const StoreContext& Store() const override { return *store; }
     std::vector<std::uint32_t> ListTags() override;
-    std::vector<StoredValue> ReadValues(std::span<const std::uint32_t> tags) override;
+    void GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive) override;
     SCODE ProblemWithChanging(std::uint32_t) const override { return MAPI_E_COMPUTED; }
     void WriteValues(const std::map<std::uint32_t, StoredValue>&) override {}
 
@@ -73,15 +73,13 @@ std::vector<std::uint32_t> CMsgStore::ListTags()
     return tags;
 }
 
-std::vector<StoredValue> CMsgStore::ReadValues(std::span<const std::uint32_t> tags)
+void CMsgStore::GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive)
 {
-    std::vector<StoredValue> read;
-    for (const std::uint32_t tag : tags)
+    for (std::size_t i = 0; i < tags.size(); ++i)
     {
-        const auto found = values.find(tag);
-        read.push_back(found == values.end() ? StoredValue() : found->second);
+        const auto found = values.find(tags[i]);
+        receive(i, found == values.end() ? StoredValue() : found->second);
     }
-    return read;
 }
 
 STDMETHODIMP CMsgStore::Advise(ULONG, ENTRYID*, ULONG, IMAPIAdviseSink*, ULONG*) noexcept

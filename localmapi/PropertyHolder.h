@@ -21,7 +21,8 @@ class PropertyHolder
 public:
     virtual const StoreContext& Store() const = 0;
     virtual std::vector<std::uint32_t> ListTags() = 0;    // of the properties there are
-    virtual std::vector<StoredValue> ReadValues(std::span<const std::uint32_t> tags) = 0;    // in their order
+    virtual void GiveValues(std::span<const std::uint32_t> tags, const ValueReceiver& receive) = 0;
+    std::vector<StoredValue> ReadValues(std::span<const std::uint32_t> tags);    // in their order
 
     // What stands against changing the property, as a problem's code; S_OK when nothing does.
     virtual SCODE ProblemWithChanging(std::uint32_t tag) const = 0;
@@ -40,3 +41,10 @@ public:
 protected:
     ~PropertyHolder() = default;
 };
+
+inline std::vector<StoredValue> PropertyHolder::ReadValues(std::span<const std::uint32_t> tags)
+{
+    std::vector<StoredValue> values(tags.size());
+    GiveValues(tags, [&](std::size_t place, const StoredValue& value) { values[place] = value; });
+    return values;
+}

@@ -137,10 +137,9 @@ MapiBuffer<SPropValue> MakeValues(PropertyHolder& holder, std::span<const ULONG>
 {
     std::vector<std::uint32_t> stored(tags.size());
     std::transform(tags.begin(), tags.end(), stored.begin(), StoredTag);
-    const std::vector<StoredValue> read = holder.ReadValues(stored);
     auto values = MakeMapiBuffer<SPropValue>(tags.size() * sizeof(SPropValue));
-    for (std::size_t i = 0; i < tags.size(); ++i)
-        FillPropValue(values.get()[i], tags[i], read[i], values.get());
+    holder.GiveValues(stored, [&](std::size_t i, const StoredValue& value)
+                      { FillPropValue(values.get()[i], tags[i], value, values.get()); });
     return values;
 }
 }    // namespace

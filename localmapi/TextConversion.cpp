@@ -1,5 +1,6 @@
 #include "localmapi/TextConversion.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -22,19 +23,28 @@ std::size_t WideFrom(UINT codePage, std::string_view text, wchar_t* buffer)
     return length ? MultiByteToWideChar(codePage, 0, text.data(), length, buffer, length) : 0;
 }
 
+// Four bytes as four code units, in their order.
+std::uint64_t Spread(std::uint32_t bytes)
+{
+    const std::uint64_t pairs = (bytes | std::uint64_t{bytes} << 16) & 0x0000FFFF0000FFFF;
+    return (pairs | pairs << 8) & 0x00FF00FF00FF00FF;
+}
+
 // Widens the text up to its first few bytes that are not all ASCII, or to its last few; gives how far. Most
 // mail is ASCII, whose characters are their own code units.
 std::size_t WidenAscii(std::string_view text, wchar_t* buffer)
 {
     constexpr std::uint64_t highBits = 0x8080808080808080;
+    static_assert(std::endian::native == std::endian::little);
     std::size_t place = 0;
     for (std::uint64_t few = 0; place + sizeof(few) <= text.size(); place += sizeof(few))
     {
         std::memcpy(&few, text.data() + place, sizeof(few));
         if (few & highBits)
             break;
-        for (std::size_t each = 0; each < sizeof(few); ++each)
-            buffer[place + each] = static_cast<wchar_t>(text[place + each]);
+        const std::uint64_t wide[] = {Spread(static_cast<std::uint32_t>(few)),
+                                      Spread(static_cast<std::uint32_t>(few >> 32))};
+        std::memcpy(buffer + place, wide, sizeof(wide));
     }
     return place;
 }

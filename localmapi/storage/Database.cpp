@@ -146,7 +146,11 @@ std::int64_t Statement::Integer(int column) const
 
 std::string Statement::Text(int column) const
 {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), column));
+    // As bytes: asked for as text, SQLite would first copy it to put a zero behind it. Of what is no text it
+    // makes one.
+    if (sqlite3_column_type(statement.get(), column) != SQLITE_TEXT)
+        sqlite3_column_text(statement.get(), column);
+    const auto* text = static_cast<const char*>(sqlite3_column_blob(statement.get(), column));
     if (!text)
         return {};
     return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement.get(), column))};

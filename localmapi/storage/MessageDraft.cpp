@@ -47,18 +47,16 @@ std::int64_t MessageDraft::FolderId()
     return folderId;
 }
 
-std::vector<StoredValue> MessageDraft::Read(std::span<const std::uint32_t> tags)
+void MessageDraft::Read(std::span<const std::uint32_t> tags, const ValueReceiver& receive)
 {
+    static const StoredValue absent;
     const std::lock_guard lock(mutex);
     LoadMissing(tags);
-    std::vector<StoredValue> values;
-    values.reserve(tags.size());
-    for (const std::uint32_t tag : tags)
+    for (std::size_t place = 0; place < tags.size(); ++place)
     {
-        const StoredValue* value = Find(tag);
-        values.push_back(value ? *value : StoredValue());
+        const StoredValue* value = Find(tags[place]);
+        receive(place, value ? *value : absent);
     }
-    return values;
 }
 
 std::vector<std::uint32_t> MessageDraft::ListTags()

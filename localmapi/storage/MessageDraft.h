@@ -22,9 +22,10 @@ public:
     std::int64_t Id();    // 0 before a new message's first Save
     std::int64_t FolderId();
 
-    std::vector<StoredValue> Read(std::span<const std::uint32_t> tags);    // in their order
-    std::vector<std::uint32_t> ListTags();                                 // of the properties there are
-    void Set(std::uint32_t tag, StoredValue value);                        // monostate takes it away
+    // Gives the properties' values, while nobody else may use the draft: `receive` is not to.
+    void Read(std::span<const std::uint32_t> tags, const ValueReceiver& receive);
+    std::vector<std::uint32_t> ListTags();             // of the properties there are
+    void Set(std::uint32_t tag, StoredValue value);    // monostate takes it away
 
     std::vector<Recipient> Recipients();
     void SetRecipients(std::vector<Recipient> recipients);

@@ -57,6 +57,10 @@ void RequireFormat(Database& database, const std::string& path)
 {
     if (database.ReadInteger("PRAGMA application_id") != expectedApplicationId)
         throw StoreError(StoreFault::NotAStore, "The file " + path + " is no mail store.");
+    // Texts are taken as the bytes that stand in the file.
+    if (database.ReadText("PRAGMA encoding") != "UTF-8")
+        throw StoreError(StoreFault::NotAStore,
+                         "The mail store " + path + " is damaged: its texts are not in UTF-8.");
     if (database.ReadInteger("PRAGMA user_version") != expectedVersion)
         throw StoreError(StoreFault::NotAStore, "The mail store " + path + " is of another version.");
     RequireContents(database, path);

@@ -82,6 +82,13 @@ std::int64_t TemporaryStore::AddMessage(std::int64_t folderId, const std::string
     return CreateMessage(*file, folderId, changes);
 }
 
+std::vector<StoredValue> ReadValues(MessageDraft& draft, const std::vector<std::uint32_t>& tags)
+{
+    std::vector<StoredValue> values(tags.size());
+    draft.Read(tags, [&](std::size_t place, const StoredValue& value) { values[place] = value; });
+    return values;
+}
+
 std::vector<std::string> ReadLines(const TemporaryStore& store, const std::string& sql)
 {
     return Query(store.Path(), sql);

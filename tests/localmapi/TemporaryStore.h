@@ -1,6 +1,6 @@
 #pragma once
 
-#include "localmapi/storage/StoreFile.h"
+#include "localmapi/storage/MessageDraft.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -31,6 +31,9 @@ public:
 private:
     std::filesystem::path folder;
 };
+
+// The properties' values, in the tags' order.
+std::vector<StoredValue> ReadValues(MessageDraft& draft, const std::vector<std::uint32_t>& tags);
 
 // The first column of what a query yields, one line a row.
 std::vector<std::string> ReadLines(const TemporaryStore& store, const std::string& sql);

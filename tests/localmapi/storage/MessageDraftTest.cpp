@@ -23,7 +23,10 @@ StoredValue Text(const char* text)
 class Draft : public testing::Test
 {
 protected:
-    static StoredValue Read(MessageDraft& draft, std::uint32_t tag) { return draft.Read({&tag, 1}).front(); }
+    static StoredValue Read(MessageDraft& draft, std::uint32_t tag)
+    {
+        return ReadValues(draft, {tag}).front();
+    }
 
     TemporaryStore store;
     std::shared_ptr<StoreFile> file = store.Open();

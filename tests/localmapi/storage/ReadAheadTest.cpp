@@ -29,7 +29,7 @@ protected:
 
     std::vector<StoredValue> Open(std::int64_t id)
     {
-        return MessageDraft::Open(file, id)->Read(std::vector{tag::subject, tag::body});
+        return ReadValues(*MessageDraft::Open(file, id), {tag::subject, tag::body});
     }
 
     static std::int64_t NextInInbox(std::int64_t id) { return id + id % 3; }
@@ -126,12 +126,12 @@ TEST_F(ReadingAhead, AgreesWithTheFileInWhateverOrderMessagesAreOpenedAndChanged
         if (round % 10 == 0)
         {
             ASSERT_EQ(
-                draft->Read(std::vector{tag::subject}).front(),
+                ReadValues(*draft, {tag::subject}).front(),
                 StoredValue(ReadLines(store, "SELECT subject FROM message WHERE id = " + number).front()));
             ASSERT_EQ(draft->FolderId(),
                       store.ReadInteger("SELECT folder_id FROM message WHERE id = " + number));
         }
-        ASSERT_EQ(draft->Read(std::vector{tag::body}).front(), Expected(id).back());
+        ASSERT_EQ(ReadValues(*draft, {tag::body}).front(), Expected(id).back());
     }
 }
 

@@ -87,6 +87,25 @@ TEST(StoreFileOpening, RefusesAnotherProgramsDatabase)
     EXPECT_EQ(RefusalOf(store.Path()).fault, StoreFault::NotAStore);
 }
 
+TEST(StoreFileOpening, RefusesAStoreWhoseTextsAreNotInUtf8)
+{
+    const TemporaryStore store;
+    std::string script =
+        "PRAGMA encoding = 'UTF-16le'; PRAGMA application_id = " +
+        std::to_string(store.ReadInteger("PRAGMA application_id")) +
+        "; PRAGMA user_version = " + std::to_string(store.ReadInteger("PRAGMA user_version")) + ";";
+    for (const std::string& line : ReadLines(
+             store, "SELECT sql || ';' FROM sqlite_schema WHERE sql IS NOT NULL AND name NOT LIKE 'sqlite%'"))
+        script += line;
+    std::filesystem::remove(store.Path());
+    store.Run(script);
+
+    const StoreError refusal = RefusalOf(store.Path());
+
+    EXPECT_EQ(refusal.fault, StoreFault::NotAStore);
+    EXPECT_THAT(refusal.what(), HasSubstr("damaged"));
+}
+
 TEST(StoreFileOpening, RefusesAStoreOfALaterVersion)
 {
     const TemporaryStore store;
