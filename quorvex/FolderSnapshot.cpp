@@ -16,11 +16,19 @@ namespace
 using Microsoft::WRL::ComPtr;
 
 // The columns that holding a restriction against a row will ask for. Conditions on sub-objects ask for none.
-struct ColumnsWanted
+class ColumnsWanted
 {
+public:
+    explicit ColumnsWanted(const Restriction& restriction)
+    {
+        digests.reserve(restriction.children.size());
+        Add(restriction);
+    }
+
     std::vector<ColumnKey> digests;
     std::vector<ULONG> numbers;
 
+private:
     void Add(const Restriction& restriction)
     {
         if (restriction.kind == RES_SUBRESTRICTION)
@@ -102,16 +110,17 @@ struct SearchPlan
 
     SearchPlan(const Restriction& restriction, const SnapshotRows& rows)
     {
+        rest.reserve(restriction.children.size());
         CollectConjuncts(restriction, rest);
-        std::erase_if(
-            rest,
-            [&](const Restriction* condition)
-            {
-                const auto column = EqualityColumn(*condition);
-                if (column)
-                    keys.push_back({rows.ColumnOf(*column), rows.DigestOf(*column, condition->value)});
-                return column.has_value();
-            });
+        keys.reserve(rest.size());
+        std::erase_if(rest,
+                      [&](const Restriction* condition)
+                      {
+                          const auto column = EqualityColumn(*condition);
+                          if (column)
+                              keys.emplace_back(rows, *column, condition->value);
+                          return column.has_value();
+                      });
         // What the table has given is checked before what a message may have to be opened for.
         std::ranges::sort(keys, {}, &KeyCondition::column);
         std::ranges::stable_partition(rest, [](const Restriction* condition)
@@ -124,7 +133,7 @@ struct SearchPlan
         {
             SnapshotRowValues values(rows, row);
             return std::ranges::all_of(keys, [&](const KeyCondition& key)
-                                       { return rows.DigestAt(key.column, row) == key.digest; }) &&
+                                       { return rows.DigestAt(key.column, row) == key.GetDigest(); }) &&
                    std::ranges::all_of(rest, [&](const Restriction* condition)
                                        { return Meets(*condition, values); });
         }
@@ -202,8 +211,7 @@ std::vector<std::uint32_t> FolderSnapshot::Search(const Restriction& restriction
 {
     const std::lock_guard lock(mutex);
     const MessageCloser closer(rows);
-    ColumnsWanted wanted;
-    wanted.Add(restriction);
+    const ColumnsWanted wanted(restriction);
     rows.Load(wanted.digests, wanted.numbers);
 
     const SearchPlan plan(restriction, rows);

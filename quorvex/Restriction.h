@@ -6,13 +6,28 @@
 
 #include <compare>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
+// A text that its copies share: bodies are long, and each is looked for in many folders.
+class SharedText
+{
+public:
+    SharedText(std::wstring characters) : text(std::make_shared<const std::wstring>(std::move(characters))) {}
+
+    const std::wstring& operator*() const noexcept { return *text; }
+    bool operator==(const SharedText& other) const noexcept { return *text == *other.text; }
+
+private:
+    std::shared_ptr<const std::wstring> text;
+};
+
 // Nothing; text; an integer, a boolean (0 or 1) or a time (FILETIME ticks, UTC) as a number; binary.
-using RestrictionValue = std::variant<std::monostate, std::wstring, std::int64_t, std::vector<std::uint8_t>>;
+using RestrictionValue = std::variant<std::monostate, SharedText, std::int64_t, std::vector<std::uint8_t>>;
 
 // What the messages of a search have to meet: MAPI's restrictions as plain data. Text tags are in their
 // PT_UNICODE form, and `value` is of the kind that the tag's type asks for.

@@ -9,7 +9,7 @@ namespace
 {
 const std::wstring& TextIn(const RestrictionValue& value)
 {
-    return std::get<std::wstring>(value);
+    return *std::get<SharedText>(value);
 }
 
 bool HoldsAs(std::strong_ordering order, ULONG relop)

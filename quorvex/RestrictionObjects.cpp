@@ -1,26 +1,6 @@
 #include "quorvex/RestrictionObjects.h"
 
 #include "contracts/DispatchIds.h"
-#include "quorvex/MapiError.h"
-
-#include <oleauto.h>
-
-namespace
-{
-// What the caller's VARIANT holds, its own even where the caller's only refers to it. No property's value is
-// an object, and one of the restriction's own, kept in it, would keep it alive for ever; nor is any an array
-// but of bytes.
-_variant_t CopyOf(const VARIANT& value)
-{
-    _variant_t copy;
-    CheckMapi(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)), L"take the value of a condition");
-    const bool isObject = copy.vt == VT_DISPATCH || copy.vt == VT_UNKNOWN;
-    if (isObject || ((copy.vt & VT_ARRAY) && copy.vt != (VT_ARRAY | VT_UI1)))
-        throw MapiError(E_INVALIDARG,
-                        L"The value of a condition is a text, a number, a time or an array of bytes.");
-    return copy;
-}
-}    // namespace
 
 ComPtr<IDispatch> MakeRestrictionObject(std::shared_ptr<RestrictionTree> tree,
                                         std::shared_ptr<RestrictionNode> node)
@@ -84,8 +64,7 @@ void CPropertyRestriction::PutRelop(long relop)
 
 void CPropertyRestriction::PutValue(const VARIANT& value)
 {
-    _variant_t copy = CopyOf(value);
-    Set([&](RestrictionNode& node) { node.value.Attach(copy); });
+    Set([&](RestrictionNode& node) { TakeValue(node, value); });
 }
 
 std::span<const Operation> CContentRestriction::Operations() const noexcept
@@ -110,8 +89,7 @@ void CContentRestriction::PutFuzzyLevel(long level)
 
 void CContentRestriction::PutValue(const VARIANT& value)
 {
-    _variant_t copy = CopyOf(value);
-    Set([&](RestrictionNode& node) { node.value.Attach(copy); });
+    Set([&](RestrictionNode& node) { TakeValue(node, value); });
 }
 
 std::span<const Operation> CExistRestriction::Operations() const noexcept

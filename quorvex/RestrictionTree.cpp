@@ -1,6 +1,7 @@
 #include "quorvex/RestrictionTree.h"
 
 #include "quorvex/AutomationDate.h"
+#include "quorvex/DispatchArguments.h"
 #include "quorvex/EntryId.h"
 #include "quorvex/MapiError.h"
 #include "quorvex/PropertyReader.h"
@@ -14,6 +15,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace
 {
@@ -29,12 +31,15 @@ _variant_t Converted(const _variant_t& value, VARTYPE type)
     return converted;
 }
 
+std::wstring TextOf(BSTR text)
+{
+    return {text ? text : L"", SysStringLen(text)};
+}
+
 std::wstring TextValue(const _variant_t& value)
 {
-    if (value.vt == VT_BSTR && value.bstrVal)
-        return {value.bstrVal, SysStringLen(value.bstrVal)};
     const _variant_t text = Converted(value, VT_BSTR);
-    return {text.bstrVal ? text.bstrVal : L"", SysStringLen(text.bstrVal)};
+    return TextOf(text.bstrVal);
 }
 
 std::vector<std::uint8_t> BinaryValue(const _variant_t& value)
@@ -63,13 +68,37 @@ std::int64_t NumberValue(const _variant_t& value, ULONG tag)
     }
 }
 
-RestrictionValue ValueOf(const _variant_t& value, ULONG tag)
+struct ValueOfTag
 {
-    if (IsTextTag(tag))
-        return TextValue(value);
-    if (IsNumberTag(tag))
-        return NumberValue(value, tag);
-    return BinaryValue(value);
+    RestrictionValue operator()(const SharedText& text) const
+    {
+        if (IsTextTag(tag))
+            return text;
+        if (IsNumberTag(tag))
+            return NumberValue(TextVariant(*text), tag);
+        return FromHex(*text);
+    }
+
+    RestrictionValue operator()(const _variant_t& value) const
+    {
+        if (IsTextTag(tag))
+            return TextValue(value);
+        if (IsNumberTag(tag))
+            return NumberValue(value, tag);
+        return BinaryValue(value);
+    }
+
+    ULONG tag;
+};
+
+// No property's value is an object, and one of the restriction's own, kept in it, would keep it alive for
+// ever; nor is any an array but of bytes.
+void CheckType(const _variant_t& value)
+{
+    const bool isObject = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
+    if (isObject || ((value.vt & VT_ARRAY) && value.vt != (VT_ARRAY | VT_UI1)))
+        throw MapiError(E_INVALIDARG,
+                        L"The value of a condition is a text, a number, a time or an array of bytes.");
 }
 
 void Require(bool isRight, const wchar_t* otherwise)
@@ -133,6 +162,22 @@ std::shared_ptr<RestrictionNode> MakeNode(ULONG kind, const RestrictionNode* par
     return node;
 }
 
+void TakeValue(RestrictionNode& node, const VARIANT& value)
+{
+    if (value.vt == VT_BSTR)
+    {
+        node.value = SharedText(TextOf(value.bstrVal));
+        return;
+    }
+    _variant_t copy;
+    CheckMapi(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)), L"take the value of a condition");
+    CheckType(copy);
+    if (copy.vt == VT_BSTR)
+        node.value = SharedText(TextOf(copy.bstrVal));
+    else
+        node.value = std::move(copy);
+}
+
 Restriction ToRestriction(const RestrictionNode& node)
 {
     Restriction restriction;
@@ -142,7 +187,7 @@ Restriction ToRestriction(const RestrictionNode& node)
     restriction.fuzzyLevel = node.fuzzyLevel;
     Check(restriction);
     if (node.kind == RES_PROPERTY || node.kind == RES_CONTENT)
-        restriction.value = ValueOf(node.value, restriction.tag);
+        restriction.value = std::visit(ValueOfTag{restriction.tag}, node.value);
     restriction.children.reserve(node.children.size());
     for (const auto& child : node.children)
         restriction.children.push_back(ToRestriction(*child));

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <mutex>
+#include <variant>
 #include <vector>
 
 // One restriction while automation sets it up: its values come one by one, in any order, and as VARIANTs.
@@ -19,7 +20,7 @@ struct RestrictionNode
     ULONG tag = 0;
     ULONG relop = RELOP_EQ;
     ULONG fuzzyLevel = FL_FULLSTRING;
-    _variant_t value;
+    std::variant<_variant_t, SharedText> value;
     int depth = 0;    // below the root
     std::vector<std::shared_ptr<RestrictionNode>> children;
 };
@@ -35,6 +36,10 @@ struct RestrictionTree
 // A new node below `parent` (null: a root). Throws MapiError for a kind that there is none of and for trees
 // that are too deep to walk.
 std::shared_ptr<RestrictionNode> MakeNode(ULONG kind, const RestrictionNode* parent);
+
+// Takes the value that a caller's VARIANT holds, also where that only refers to it. Throws MapiError for
+// objects and for arrays of anything but bytes.
+void TakeValue(RestrictionNode& node, const VARIANT& value);
 
 // The restriction that the node has become: tags in their Unicode form, values of their tags' types, dates as
 // instants. Throws MapiError when a value is missing, does not suit its property, or cannot be compared with

@@ -37,8 +37,9 @@ RowIndex::ColumnSet RowIndex::SetOf(std::span<const KeyCondition> conditions)
 std::uint64_t RowIndex::KeyOf(std::span<const KeyCondition> conditions, ColumnSet columns)
 {
     std::uint64_t key = 0;
-    ForEachColumn(columns, [&](SnapshotRows::Column column)
-                  { key = Mix(key, std::ranges::find(conditions, column, &KeyCondition::column)->digest); });
+    ForEachColumn(
+        columns, [&](SnapshotRows::Column column)
+        { key = Mix(key, std::ranges::find(conditions, column, &KeyCondition::column)->GetDigest()); });
     return key;
 }
 

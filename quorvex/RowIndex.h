@@ -9,11 +9,33 @@
 #include <span>
 #include <vector>
 
-// A column that has to have a certain digest.
-struct KeyCondition
+// A column that has to have a certain value. The value, which is not copied, is digested when it is first
+// needed: bodies are long, and mostly the subject and the sender tell that there is no such row.
+class KeyCondition
 {
+public:
+    KeyCondition(const SnapshotRows& rows, const ColumnKey& key, const RestrictionValue& value)
+        : column(rows.ColumnOf(key)),
+          digester(&rows),
+          columnKey(key),
+          wanted(&value)
+    {
+    }
+
+    Digest GetDigest() const
+    {
+        if (!digest)
+            digest = digester->DigestOf(columnKey, *wanted);
+        return *digest;
+    }
+
     SnapshotRows::Column column;
-    Digest digest;
+
+private:
+    const SnapshotRows* digester;
+    ColumnKey columnKey;
+    const RestrictionValue* wanted;
+    mutable std::optional<Digest> digest;
 };
 
 // Finds the few rows that may meet a set of key conditions without looking at the others.

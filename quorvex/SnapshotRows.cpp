@@ -269,7 +269,7 @@ Digest SnapshotRows::DigestOf(const ColumnKey& key, const RestrictionValue& valu
 {
     if (const auto* bytes = std::get_if<std::vector<std::uint8_t>>(&value))
         return digester->OfBytes(*bytes);
-    return DigestOfText(key, std::get<std::wstring>(value));
+    return DigestOfText(key, *std::get<SharedText>(value));
 }
 
 Digest SnapshotRows::DigestAt(Column column, std::uint32_t row)

@@ -69,8 +69,8 @@ bool MeetsContent(const std::wstring& text, ULONG level, const std::wstring& wan
 
 bool MeetsProperty(const fake::Properties& properties, const Restriction& restriction)
 {
-    if (const auto* text = std::get_if<std::wstring>(&restriction.value))
-        return Holds(TextOf(properties, restriction.tag), restriction.relop, *text);
+    if (const auto* text = std::get_if<SharedText>(&restriction.value))
+        return Holds(TextOf(properties, restriction.tag), restriction.relop, **text);
     if (const auto* number = std::get_if<std::int64_t>(&restriction.value))
     {
         const auto found = NumberOf(properties, restriction.tag);
@@ -141,7 +141,7 @@ bool Meets(const fake::Message& message, const fake::Properties& properties, con
         return MeetsProperty(properties, restriction);
     case RES_CONTENT:
         return MeetsContent(TextOf(properties, restriction.tag), restriction.fuzzyLevel,
-                            std::get<std::wstring>(restriction.value));
+                            *std::get<SharedText>(restriction.value));
     case RES_EXIST:
         return fake::Find(properties, restriction.tag) != nullptr;
     default:

@@ -20,7 +20,7 @@ std::shared_ptr<RestrictionNode> PropertyNode(ULONG tag, const _variant_t& value
 {
     auto node = MakeNode(RES_PROPERTY, nullptr);
     node->tag = tag;
-    node->value = value;
+    TakeValue(*node, value);
     return node;
 }
 
