@@ -165,10 +165,14 @@ Function ChooseFolder
             StrCpy $INSTDIR "$LOCALAPPDATA\Programs\${FOLDER_NAME}"
         ${EndIf}
     ${EndIf}
+    StrCpy $0 "64"
+    ${If} $Arch == "x86"
+        StrCpy $0 "32"
+    ${EndIf}
     ${If} $Mode == "AllUsers"
-        StrCpy $FolderText "It is installed for all users of this machine, for Outlook of the kind $Arch, in this folder:"
+        StrCpy $FolderText "It is installed for all users of this machine, for Outlook with $0 bits, in this folder:"
     ${Else}
-        StrCpy $FolderText "It is installed for you alone, for Outlook of the kind $Arch, in this folder. (Start setup as administrator to install it for all users.)"
+        StrCpy $FolderText "It is installed for you alone, for Outlook with $0 bits, in this folder. (Start setup as administrator to install it for all users.)"
     ${EndIf}
     ${If} ${Silent}
         Call CheckFolder

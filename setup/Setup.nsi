@@ -65,14 +65,16 @@ Var FolderText
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_ABORTWARNING
+!define MUI_WELCOMEPAGE_TEXT "Setup will install ${PRODUCT} ${VERSION}, the button in Outlook that finds duplicate mail.$\r$\n$\r$\nClose Outlook before you go on.$\r$\n$\r$\n$_CLICK"
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_LICENSE "${STAGE}/LICENSE.txt"
+!define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_PAGE_CUSTOMFUNCTION_PRE SkipPageWithoutChoice
 !insertmacro MUI_PAGE_COMPONENTS
 !define MUI_DIRECTORYPAGE_TEXT_TOP "$FolderText"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
-!define MUI_FINISHPAGE_TEXT "Start Outlook: the button $\"Talmore Duplicate Remover$\" opens the wizard."
+!define MUI_FINISHPAGE_TEXT "Start Outlook: the button $\"Talmore Duplicate Remover$\" opens the wizard. In Outlook 2010 and newer it is on the tab $\"Add-ins$\" of the ribbon."
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -112,7 +114,7 @@ Section "-Common files" SecCommon
     Call ProtectFiles
 SectionEnd
 
-Section /o "Local mail store, as the default mail client" SecStore
+Section /o "Local mail store" SecStore
 SectionEnd
 
 Section "-Register"
@@ -134,7 +136,7 @@ Section "-Register"
 SectionEnd
 
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
-    !insertmacro MUI_DESCRIPTION_TEXT ${SecStore} "For machines without a mail program: keeps mail in one file, which the stand-in window mailexplorer.exe shows."
+    !insertmacro MUI_DESCRIPTION_TEXT ${SecStore} "For machines without a mail program: keeps mail in one file and becomes the default mail client."
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 ; A file that cannot be written ends the installation by itself.
