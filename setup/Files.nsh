@@ -84,7 +84,6 @@ Function Undo
     ${EndIf}
 FunctionEnd
 
-
 Function UndoUpgrade
     ${If} $FormerDir != $INSTDIR
         !insertmacro EachFile DeleteFile "$INSTDIR" "$Arch"
