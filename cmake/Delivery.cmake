@@ -23,13 +23,13 @@ function(tqodr_version_record version_target version_description)
 endfunction()
 
 # tqodr_symbols_apart(TARGET): moves symbols and debug information of what TARGET makes into .debug/ beside it, where
-# gdb looks for them.
+# gdb looks for them. Without --preserve-dates the header would bear the time at which this was done.
 function(tqodr_symbols_apart target)
     set(symbols ${TQODR_DIST}/.debug)
     set(symbol_file ${symbols}/$<TARGET_FILE_NAME:${target}>.debug)
     add_custom_command(TARGET ${target} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E make_directory ${symbols}
-        COMMAND ${TQODR_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> ${symbol_file}
-        COMMAND ${TQODR_OBJCOPY} --strip-all --add-gnu-debuglink=${symbol_file} $<TARGET_FILE:${target}>
+        COMMAND ${TQODR_OBJCOPY} --preserve-dates --only-keep-debug $<TARGET_FILE:${target}> ${symbol_file}
+        COMMAND ${TQODR_OBJCOPY} --preserve-dates --strip-all --add-gnu-debuglink=${symbol_file} $<TARGET_FILE:${target}>
         VERBATIM)
 endfunction()
