@@ -35,6 +35,9 @@ Database::Database(const std::filesystem::path& path, const std::filesystem::pat
 
 void Database::Check(int result) const
 {
+    if ((result & 0xFF) == SQLITE_BUSY)
+        throw StoreInUse("cannot write " + shownAs.string() +
+                         ": another program is writing to it; try again when that has ended");
     if (result != SQLITE_OK && result != SQLITE_DONE && result != SQLITE_ROW)
         throw ImportError("cannot write " + shownAs.string() + ": " + Reason(handle.get(), result));
 }

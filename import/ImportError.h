@@ -10,5 +10,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The store is being written by another program, and was so for longer than it is worth waiting.
+class StoreInUse : public ImportError
+{
+public:
+    using ImportError::ImportError;
+};
+
 // "cannot DO PATH: reason"; `error` is an errno value.
 ImportError SystemFailure(const std::string& action, const std::string& path, int error);

@@ -162,6 +162,10 @@ void CheckIsStore(const fs::path& path)
         applicationId = database.ReadNumber("PRAGMA application_id");
         version = database.ReadNumber("PRAGMA user_version");
     }
+    catch (const StoreInUse&)
+    {
+        throw;
+    }
     catch (const ImportError& error)
     {
         throw ImportError(path.string() + " is not a mail store: " + error.what());
