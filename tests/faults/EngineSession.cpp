@@ -73,8 +73,9 @@ std::string SavedReport(const std::vector<ResultRow>& rows)
     std::vector<LogRow> texts;
     for (const ResultRow& row : rows)
         texts.push_back({row.folderName, row.subject, std::to_wstring(row.count)});
-    const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                       ("report-" + std::to_string(::GetCurrentProcessId()) + ".txt");
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("report-" + std::to_string(::GetCurrentProcessId()) + "-" +
+                                                  std::to_string(::GetCurrentThreadId()) + ".txt");
     SaveUnder prompts(path.wstring());
     SaveLog(StringTable(ThisModule()), texts, prompts);
     std::ifstream file(path, std::ios::binary);

@@ -9,27 +9,6 @@
 
 namespace
 {
-// Not every system counts them for us; then each value that a handle can have is tried, until many in a row
-// are none.
-DWORD CountKernelHandles()
-{
-    DWORD kept = 0;
-    if (::GetProcessHandleCount(::GetCurrentProcess(), &kept) && kept != 0)
-        return kept;
-    constexpr ULONG_PTR step = 4;
-    constexpr DWORD manyInARow = 512;
-    DWORD count = 0;
-    DWORD missed = 0;
-    for (ULONG_PTR value = step; missed < manyInARow; value += step)
-    {
-        DWORD flags = 0;
-        const bool isHandle = ::GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != FALSE;
-        missed = isHandle ? 0 : missed + 1;
-        count += isHandle ? 1 : 0;
-    }
-    return count;
-}
-
 // A server that is not loaded has nothing left; one that is gets a reference, once.
 bool IsIdle(const wchar_t* server, HMODULE& kept)
 {

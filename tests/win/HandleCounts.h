@@ -28,3 +28,6 @@ struct HandleCounts
 };
 
 std::ostream& operator<<(std::ostream& stream, const HandleCounts& counts);
+
+// How many handles of kernel objects this process holds.
+DWORD CountKernelHandles();
