@@ -206,6 +206,8 @@ bool Database::ChooseLog()
     // Answers the journal it could get: a file system without shared memory keeps the rollback journal.
     if (ReadText("PRAGMA journal_mode = WAL") != "wal")
         return false;
+    // SQLite opens the log when it next reads, and gives back with it what CurrentStamp maps.
+    ReadInteger("PRAGMA schema_version");
     sqlite3_file_control(connection.get(), "main", SQLITE_FCNTL_FILE_POINTER, &fileOfLog);
     return true;
 }
