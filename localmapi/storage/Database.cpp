@@ -203,9 +203,12 @@ std::string Database::ReadText(const std::string& sql)
 
 bool Database::ChooseLog()
 {
-    // Answers the journal it could get: a file system without shared memory keeps the rollback journal.
-    if (ReadText("PRAGMA journal_mode = WAL") != "wal")
+    // Answers the journal it could get: a file system without shared memory keeps the rollback journal. What
+    // a new journal writes into the file is committed, or is not, after the answer.
+    Statement choice = Prepare("PRAGMA journal_mode = WAL");
+    if (!choice.Step() || choice.Text(0) != "wal")
         return false;
+    choice.Run();
     // SQLite opens the log when it next reads, and gives back with it what CurrentStamp maps.
     ReadInteger("PRAGMA schema_version");
     sqlite3_file_control(connection.get(), "main", SQLITE_FCNTL_FILE_POINTER, &fileOfLog);

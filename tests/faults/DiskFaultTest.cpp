@@ -42,11 +42,11 @@ Mishap MishapAt(LONG number, const NamedFault& fault)
 
 TEST(DiskFaults, LoseNothingWhateverOperationFails)
 {
-    RunSweep({.what = "disk operations",
-              .kinds = faults.size(),
-              .count = [](const RunChoice& choice) { return CountCalls(choice).diskOperations; },
-              .attempt = [](const SweepCase& attempt)
-              { return ExpectPromisesKept(attempt.choice, MishapAt(attempt.number, faults[attempt.kind])); },
-              .countsMemory = false});
+    RunSweep(
+        {.what = "disk operations",
+         .kinds = faults.size(),
+         .count = [](const RunChoice& choice) { return CountCalls(choice).diskOperations; },
+         .attempt = [](const SweepCase& attempt)
+         { return ExpectPromisesKept(attempt.choice, MishapAt(attempt.number, faults[attempt.kind])); }});
 }
 }    // namespace

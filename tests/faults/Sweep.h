@@ -24,7 +24,6 @@ struct Sweep
     std::size_t kinds;
     std::function<LONG(const RunChoice&)> count;
     std::function<LONG(const SweepCase&)> attempt;
-    bool countsMemory = true;    // whether memory that a case leaves behind each time fails it
 };
 
 // The calls of a run with every criterion, one after another or, where there are many, one in a few, each
