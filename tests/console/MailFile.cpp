@@ -114,7 +114,9 @@ MailFile::~MailFile()
 MailFile::Database MailFile::Open() const
 {
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open16(path.c_str(), &opened);
+    // By the other form of the call a file that is not there yet would get its texts in UTF-16.
+    const std::u8string name = path.u8string();
+    const int result = sqlite3_open(reinterpret_cast<const char*>(name.c_str()), &opened);
     Database database(opened);
     Check(result == SQLITE_OK, opened);
     sqlite3_busy_timeout(opened, 10'000);
