@@ -16,7 +16,7 @@ class KeyCondition
 public:
     KeyCondition(const SnapshotRows& rows, const ColumnKey& key, const RestrictionValue& value)
         : column(rows.ColumnOf(key)),
-          digester(&rows),
+          snapshot(&rows),
           columnKey(key),
           wanted(&value)
     {
@@ -25,14 +25,14 @@ public:
     Digest GetDigest() const
     {
         if (!digest)
-            digest = digester->DigestOf(columnKey, *wanted);
+            digest = snapshot->DigestOf(columnKey, *wanted);
         return *digest;
     }
 
     SnapshotRows::Column column;
 
 private:
-    const SnapshotRows* digester;
+    const SnapshotRows* snapshot;
     ColumnKey columnKey;
     const RestrictionValue* wanted;
     mutable std::optional<Digest> digest;

@@ -1,4 +1,5 @@
 // What the delivered libraries leave in a process that loads, uses and unloads them.
+#include "tests/win/ThreadSlots.h"
 #include "win/ModuleHandle.h"
 
 #include <windows.h>
@@ -14,38 +15,6 @@
 
 namespace
 {
-// Slots of thread-local storage, taken from the process and given back.
-class ThreadSlots
-{
-public:
-    ThreadSlots() = default;
-    ThreadSlots(const ThreadSlots&) = delete;
-    ThreadSlots& operator=(const ThreadSlots&) = delete;
-    ~ThreadSlots() { GiveBack(taken.size()); }
-
-    void TakeAll()
-    {
-        for (DWORD slot; (slot = ::TlsAlloc()) != TLS_OUT_OF_INDEXES;)
-            taken.push_back(slot);
-    }
-    void GiveBack(std::size_t count)
-    {
-        for (; count > 0; --count, taken.pop_back())
-            ::TlsFree(taken.back());
-    }
-    std::size_t GetCount() const { return taken.size(); }
-
-private:
-    std::vector<DWORD> taken;
-};
-
-std::size_t CountFreeThreadSlots()
-{
-    ThreadSlots slots;
-    slots.TakeAll();
-    return slots.GetCount();
-}
-
 template <typename Function>
 Function Find(const ModuleHandle& library, const char* name)
 {

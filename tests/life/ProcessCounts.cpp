@@ -2,13 +2,13 @@
 
 #include "tests/faults/HeapBlocks.h"
 #include "tests/win/HandleCounts.h"
+#include "tests/win/ThreadSlots.h"
 
 #include <windows.h>
 
 #include <psapi.h>
 
 #include <algorithm>
-#include <vector>
 
 namespace
 {
@@ -16,12 +16,7 @@ constexpr std::size_t mostThreadSlots = 64 + 1024;
 
 std::size_t CountThreadSlots()
 {
-    std::vector<DWORD> taken;
-    for (DWORD slot; (slot = ::TlsAlloc()) != TLS_OUT_OF_INDEXES;)
-        taken.push_back(slot);
-    for (const DWORD slot : taken)
-        ::TlsFree(slot);
-    return mostThreadSlots - taken.size();
+    return mostThreadSlots - CountFreeThreadSlots();
 }
 
 double CommittedKilobytes()
@@ -29,6 +24,14 @@ double CommittedKilobytes()
     PROCESS_MEMORY_COUNTERS counters{};
     ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
     return static_cast<double>(counters.PagefileUsage) / 1024;
+}
+
+// Null where the process has not loaded it.
+ModuleHandle LoadedModule(const wchar_t* name)
+{
+    HMODULE module = nullptr;
+    ::GetModuleHandleExW(0, name, &module);
+    return ModuleHandle(module);
 }
 
 bool IsIdle(HMODULE server)
@@ -55,25 +58,15 @@ std::array<double, heldKinds> CountHeld()
             static_cast<double>(CountHeapBlocks()),    CommittedKilobytes()};
 }
 
-KeptServers::KeptServers()
-{
-    ::GetModuleHandleExW(0, L"QuorvexDll.dll", &servers[0]);
-    ::GetModuleHandleExW(0, L"LocalMapi.dll", &servers[1]);
-}
-
-KeptServers::~KeptServers()
-{
-    for (const HMODULE server : servers)
-        if (server)
-            ::FreeLibrary(server);
-}
+KeptServers::KeptServers() : servers{LoadedModule(L"QuorvexDll.dll"), LoadedModule(L"LocalMapi.dll")} {}
 
 bool KeptServers::AreLoaded() const
 {
-    return std::ranges::all_of(servers, [](HMODULE server) { return server != nullptr; });
+    return std::ranges::all_of(servers, [](const ModuleHandle& server) { return server != nullptr; });
 }
 
 bool KeptServers::AreIdle() const
 {
-    return std::ranges::all_of(servers, [](HMODULE server) { return !server || IsIdle(server); });
+    return std::ranges::all_of(servers,
+                               [](const ModuleHandle& server) { return !server || IsIdle(server.get()); });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "win/ModuleHandle.h"
+
 #include <windows.h>
 
 #include <array>
@@ -29,13 +31,10 @@ class KeptServers
 {
 public:
     KeptServers();
-    KeptServers(const KeptServers&) = delete;
-    KeptServers& operator=(const KeptServers&) = delete;
-    ~KeptServers();
 
     bool AreLoaded() const;    // both of them
     bool AreIdle() const;      // no object of either is left
 
 private:
-    std::array<HMODULE, 2> servers{};
+    std::array<ModuleHandle, 2> servers;
 };

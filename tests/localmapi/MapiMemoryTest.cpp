@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <vector>
 
 TEST(MapiMemory, GivesBuffersThatCanBeWrittenToTheirEnd)
 {
@@ -38,6 +40,24 @@ TEST(MapiMemory, KeepsTheOwnersBytesWhenMoreIsAllocatedOntoIt)
         std::memset(AllocateMapiArray<char>(50, owner.get()), 'x', 50);
 
     EXPECT_STREQ(owner.get(), "abc");
+}
+
+TEST(MapiMemory, KeepsApartWhatIsAllocatedOntoOneBufferInAllSizes)
+{
+    const MapiBuffer<char> owner = MakeMapiBuffer<char>(4);
+    std::vector<std::string> written;
+    std::vector<const char*> places;
+
+    for (const std::size_t size : {1, 40, 511, 17, 512, 513, 3, 4000, 496, 16, 100, 2})
+    {
+        written.emplace_back(size, static_cast<char>('a' + written.size()));
+        char* const place = AllocateMapiArray<char>(size, owner.get());
+        written.back().copy(place, size);
+        places.push_back(place);
+    }
+
+    for (std::size_t i = 0; i < places.size(); ++i)
+        EXPECT_EQ(std::string(places[i], written[i].size()), written[i]);
 }
 
 TEST(MapiMemory, RefusesToAllocateMoreWithoutAnOwner)
