@@ -228,6 +228,35 @@ TEST_P(WizardClosed, DuringARunStopsAfterYesAndChangesNothing)
     EXPECT_EQ(store.Messages(), before);
 }
 
+TEST_P(WizardClosed, DuringARunThatEndsBeforeTheAnswerTreatsAllOfIt)
+{
+    AddMessages(300);
+    const RunChoice choice = AllFolders(deletePermanently);
+    const ExpectedRun expected(store, choice);
+    std::wstring told;
+
+    Use(
+        [&](WizardUser& user)
+        {
+            StartRun(user, choice);
+            Close(user, Page::progress);
+            user.WaitFor(Page::stopQuestion);
+            user.WaitUntil(
+                []
+                {
+                    const std::vector<HWND> dialogs = ShownDialogs();
+                    return !dialogs.empty() && Identify(dialogs.front()) == Page::notice;
+                },
+                "the end of the run over the question");
+            user.Answer(true);
+            told = user.FinishRun();
+            Close(user, Page::progress);
+        });
+
+    EXPECT_EQ(told, Completed(expected.CountDuplicates(), L"Delete permanently"));
+    EXPECT_EQ(store.Messages(), expected.MessagesAfter());
+}
+
 INSTANTIATE_TEST_SUITE_P(Page, WizardClosed, testing::Values(Way::button, Way::escape, Way::closeBox),
                          &NameOfWay);
 }    // namespace

@@ -200,7 +200,7 @@ void WizardUser::WaitUntil(const std::function<bool()>& condition, const std::st
 HWND WizardUser::Reach(Page page)
 {
     const HWND last = window;
-    const bool mayBeCovered = page == Page::progress || page == Page::notice;
+    const bool mayBeCovered = page == Page::progress || page == Page::notice || page == Page::stopQuestion;
     if (mayBeCovered && last && Identify(last) == page && ::IsWindowVisible(last))
         return last;
     return WaitFor(page);
