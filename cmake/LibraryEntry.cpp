@@ -76,6 +76,8 @@ extern "C" BOOL WINAPI LibraryEntry(HINSTANCE module, DWORD reason, LPVOID reser
     if (reason == DLL_PROCESS_ATTACH && !MakeLibraryHeap())
         return FALSE;
     const BOOL done = DllMainCRTStartup(module, reason, reserved);
+    if (reason == DLL_THREAD_DETACH)
+        FreeBlocksOfThread();
     // Destructors of the library may still lock a mutex and free memory, so its slots and its heap go last;
     // with the process they go anyway. A library that could not start is unloaded without being told.
     const bool unloading = reason == DLL_PROCESS_DETACH && !reserved;

@@ -8,5 +8,8 @@
 // Makes the heap: before the library's first constructor runs. False when the system has no room for one.
 bool MakeLibraryHeap() noexcept;
 
+// Gives back what the calling thread keeps: when it ends.
+void FreeBlocksOfThread() noexcept;
+
 // Frees the heap with all that is still in it: when nothing of the library runs any more.
 void FreeLibraryHeap() noexcept;
