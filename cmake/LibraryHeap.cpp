@@ -30,6 +30,7 @@ struct KeptBlocks
 
 HANDLE heap = nullptr;
 DWORD slot = TLS_OUT_OF_INDEXES;
+bool keepsNone = false;
 
 // For a thread that keeps none: there is no block to take and no room for one. Never written.
 constinit KeptBlocks none = []
@@ -41,7 +42,7 @@ constinit KeptBlocks none = []
 
 KeptBlocks* MakeKeptBlocks() noexcept
 {
-    void* const place = ::HeapAlloc(heap, 0, sizeof(KeptBlocks));
+    void* const place = keepsNone ? nullptr : ::HeapAlloc(heap, 0, sizeof(KeptBlocks));
     if (!place)
         return &none;
     auto* const kept = new (place) KeptBlocks;
@@ -115,6 +116,7 @@ bool MakeLibraryHeap() noexcept
 {
     heap = ::HeapCreate(0, 0, 0);
     slot = ::TlsAlloc();
+    keepsNone = ::GetEnvironmentVariableW(L"TQODR_KEEP_NO_BLOCKS", nullptr, 0) != 0;
     return heap && slot != TLS_OUT_OF_INDEXES;
 }
 

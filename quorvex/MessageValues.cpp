@@ -164,7 +164,7 @@ bool ObjectValues::Exists(ULONG tag)
 {
     const PropertyValues values(object.Get(), {&tag, 1});
     // What is too long for GetProps is found by reading it.
-    return values.Find(0) || values.Variant(0).vt != VT_EMPTY;
+    return values.IsTooLong(0) ? values.Variant(0).vt != VT_EMPTY : values.Find(0) != nullptr;
 }
 
 bool MessageValues::SomeSubObjectMeets(ULONG table, const Restriction& condition)

@@ -91,7 +91,7 @@ bool PropertyValues::IsTooLong(std::size_t index) const
 const SPropValue* PropertyValues::Find(std::size_t index) const
 {
     if (IsTooLong(index))
-        return nullptr;
+        ThrowMapiError(MAPI_E_NOT_ENOUGH_MEMORY, nullptr, L"read a property");
     const SPropValue& value = values.get()[index];
     if (PROP_TYPE(value.ulPropTag) != PT_ERROR)
         return &value;
@@ -144,6 +144,8 @@ std::optional<long> ReadLong(IMAPIProp* object, ULONG tag)
 std::optional<std::vector<std::uint8_t>> ReadBinary(IMAPIProp* object, ULONG tag)
 {
     const PropertyValues values(object, {&tag, 1});
+    if (values.IsTooLong(0))
+        return ReadStream(object, tag);
     const SPropValue* value = values.Find(0);
     if (!value || PROP_TYPE(value->ulPropTag) != PT_BINARY)
         return std::nullopt;

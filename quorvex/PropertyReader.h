@@ -42,9 +42,12 @@ public:
     // String tags may be of either type; they are asked for as Unicode.
     PropertyValues(IMAPIProp* object, std::span<const ULONG> tags);
 
-    // The value of the tag at `index` of the constructor's tags, null when the object has none that is small
-    // enough for GetProps. Throws when the object refuses the value.
+    // The value of the tag at `index` of the constructor's tags, null when the object has none. Throws when
+    // the object refuses the value or finds it too long: neither means that there is none.
     const SPropValue* Find(std::size_t index) const;
+
+    // Whether the value at `index` can only be had through a stream, if there is one.
+    bool IsTooLong(std::size_t index) const;
 
     // The text at `index`, whole; empty when there is none.
     std::wstring Text(std::size_t index) const;
@@ -53,8 +56,6 @@ public:
     _variant_t Variant(std::size_t index) const;
 
 private:
-    bool IsTooLong(std::size_t index) const;
-
     IMAPIProp* object;
     std::vector<ULONG> tags;
     PropArray values;    // null when GetProps could not give even one

@@ -86,13 +86,21 @@ std::vector<ULONG> TagsOf(const Properties& properties)
     return tags;
 }
 
+// In characters or bytes; 0 for what has no length.
+std::size_t LengthOf(const Value& value)
+{
+    if (const auto* text = std::get_if<std::wstring>(&value))
+        return text->size();
+    const auto* bytes = std::get_if<Bytes>(&value);
+    return bytes ? bytes->size() : 0;
+}
+
 SPropValue GetOneProp(const Properties& properties, const PropHabits& habits, ULONG tag, void* parent)
 {
     if (const auto error = habits.errorProps.find(UnicodeTag(tag)); error != habits.errorProps.end())
         return MakeProp(tag, nullptr, error->second, parent);
     const Value* value = Find(properties, tag);
-    const auto* text = value ? std::get_if<std::wstring>(value) : nullptr;
-    if (text && habits.longTextAt && text->size() >= habits.longTextAt)
+    if (value && habits.longValueAt && LengthOf(*value) >= habits.longValueAt)
         return MakeProp(tag, nullptr, MAPI_E_NOT_ENOUGH_MEMORY, parent);
     return MakeProp(tag, value, MAPI_E_NOT_FOUND, parent);
 }
@@ -179,10 +187,12 @@ HRESULT OpenTextStream(const Properties& properties, const PropHabits& habits, U
         return MAPI_E_INTERFACE_NOT_SUPPORTED;
     const Value* value = Find(properties, tag);
     const auto* text = value ? std::get_if<std::wstring>(value) : nullptr;
-    if (!text)
+    const auto* bytes = value ? std::get_if<Bytes>(value) : nullptr;
+    if (!text && !bytes)
         return MAPI_E_NOT_FOUND;
-    *stream = SHCreateMemStream(reinterpret_cast<const BYTE*>(text->data()),
-                                static_cast<UINT>(text->size() * sizeof(wchar_t)));
+    *stream = text ? SHCreateMemStream(reinterpret_cast<const BYTE*>(text->data()),
+                                       static_cast<UINT>(text->size() * sizeof(wchar_t)))
+                   : SHCreateMemStream(bytes->data(), static_cast<UINT>(bytes->size()));
     return *stream ? S_OK : MAPI_E_NOT_ENOUGH_MEMORY;
 }
 

@@ -53,8 +53,9 @@ struct TableHabits
 // What an object's properties do.
 struct PropHabits
 {
-    std::size_t longTextAt =
-        0;    // GetProps answers MAPI_E_NOT_ENOUGH_MEMORY for texts of so many characters; 0 never
+    // GetProps answers MAPI_E_NOT_ENOUGH_MEMORY for texts of so many characters and binaries of so many
+    // bytes; 0 never.
+    std::size_t longValueAt = 0;
     std::map<ULONG, SCODE> errorProps;    // by tag: PT_ERROR with this code, as a stream too
     HRESULT getProps = S_OK;              // what GetProps fails with
     std::wstring lastError;               // what GetLastError says; empty nothing

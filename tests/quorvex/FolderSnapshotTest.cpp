@@ -114,8 +114,8 @@ TEST_F(FolderSnapshotTest, ReadsFromTheMessageWhatTheTableRefuses)
 TEST_F(FolderSnapshotTest, ReadsBodiesThatGetPropsFindsTooLong)
 {
     const std::wstring body(5000, L'y');
-    Add(Mail(L"Minutes", body + L"1")).habits.longTextAt = 100;
-    Add(Mail(L"Minutes", body + L"2")).habits.longTextAt = 100;
+    Add(Mail(L"Minutes", body + L"1")).habits.longValueAt = 100;
+    Add(Mail(L"Minutes", body + L"2")).habits.longValueAt = 100;
 
     EXPECT_EQ(Search(LikeThis(L"Minutes", (body + L"2").c_str())), (Rows{1}));
 }
@@ -152,6 +152,30 @@ TEST_F(FolderSnapshotTest, LetsAMissingTimeMeetNoCondition)
 
     EXPECT_EQ(Search(Property(PR_MESSAGE_DELIVERY_TIME, RELOP_GE, std::int64_t{0})), (Rows{}));
     EXPECT_EQ(Search(Property(PR_MESSAGE_DELIVERY_TIME, RELOP_NE, std::int64_t{0})), (Rows{}));
+}
+
+TEST_F(FolderSnapshotTest, FailsRatherThanPassATimeItCouldNotReadForAMissingOne)
+{
+    folder->table.errorColumns[PR_MESSAGE_DELIVERY_TIME] = MAPI_E_NOT_ENOUGH_MEMORY;
+    Add({{PR_MESSAGE_DELIVERY_TIME, fake::FileTime{1000}}}).habits.errorProps[PR_MESSAGE_DELIVERY_TIME] =
+        MAPI_E_NOT_ENOUGH_MEMORY;
+
+    EXPECT_THROW(Search(Property(PR_MESSAGE_DELIVERY_TIME, RELOP_GE, std::int64_t{0})), MapiError);
+}
+
+TEST_F(FolderSnapshotTest, ComparesBinariesThatAreTooLongForOneCall)
+{
+    folder->table.errorColumns[PR_SEARCH_KEY] = MAPI_E_NOT_ENOUGH_MEMORY;
+    for (const std::uint8_t last : {1, 2})
+    {
+        fake::Bytes key(300, 7);
+        key.push_back(last);
+        Add({{PR_SEARCH_KEY, key}}).habits.longValueAt = 200;
+    }
+    fake::Bytes wanted(300, 7);
+    wanted.push_back(2);
+
+    EXPECT_EQ(Search(Property(PR_SEARCH_KEY, RELOP_EQ, wanted)), (Rows{1}));
 }
 
 TEST_F(FolderSnapshotTest, WantsEachInnerRestrictionMetBySomeAttachment)

@@ -52,7 +52,7 @@ TEST_F(MailItem, ReadsTextsThatAreTooLongForOneCallThroughAStream)
 {
     const std::wstring body(70'000, L'\x00E4');
     const auto message = fake::AddStoredMessage(*inbox, {{PR_BODY_W, body}});
-    message->habits.longTextAt = 1000;
+    message->habits.longValueAt = 1000;
 
     EXPECT_EQ(Text(ItemOfInbox(1), dispid::mailItem::bodyText), body);
 }
@@ -175,6 +175,17 @@ TEST_F(MailItem, SaysNoDateWhenItWasNeverSent)
     fake::AddStoredMessage(*inbox, {});
 
     EXPECT_EQ(automation::Get(ItemOfInbox(1).Get(), dispid::mailItem::sentTime).date, noDate);
+}
+
+TEST_F(MailItem, FailsRatherThanPassATimeItCouldNotReadForNone)
+{
+    const auto message = fake::AddStoredMessage(*inbox, {{PR_CLIENT_SUBMIT_TIME, fake::FileTime{1000}}});
+    message->habits.errorProps[PR_CLIENT_SUBMIT_TIME] = MAPI_E_NOT_ENOUGH_MEMORY;
+
+    const auto outcome =
+        automation::Invoke(ItemOfInbox(1).Get(), dispid::mailItem::sentTime, DISPATCH_PROPERTYGET);
+
+    EXPECT_EQ(outcome.code, MAPI_E_NOT_ENOUGH_MEMORY);
 }
 
 TEST_F(MailItem, ListsItsRecipients)

@@ -110,13 +110,13 @@ public:
     {
         auto folder = std::make_shared<fake::Folder>();
         folder->table = Habits();
-        const std::size_t longTextAt = OneIn(2) ? 100 : 0;
+        const std::size_t longValueAt = OneIn(2) ? 100 : 0;
         for (int count = Below(60); count > 0; --count)
         {
             const auto message = fake::AddMessage(*folder, Mail());
             message->attachments = Attachments();
             message->recipients = Recipients();
-            message->habits.longTextAt = longTextAt;
+            message->habits.longValueAt = longValueAt;
         }
         return folder;
     }
