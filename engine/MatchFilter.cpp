@@ -118,6 +118,13 @@ void SetEntryIdColumn(const CItemTable& table, bool exchangeProfile)
     table.SetColumns(columns);
 }
 
+void AppendHex(std::wstring& hex, BYTE byte)
+{
+    constexpr wchar_t digits[] = L"0123456789ABCDEF";
+    hex += digits[byte >> 4];
+    hex += digits[byte & 0x0F];
+}
+
 LONG RecordMatches(ScanState& state, const CItemTable& table, const CTableFilter& filter)
 {
     LONG count = 0;
@@ -173,17 +180,17 @@ LONG FindDuplicatesOfItem(ScanState& state, const std::wstring& subject, const C
 
 std::wstring EntryIdToHex(const VARIANT& entryId)
 {
-    constexpr wchar_t digits[] = L"0123456789ABCDEF";
     const ULONG length = ArrayLength(entryId);
     std::wstring hex;
     hex.reserve(std::size_t{length} * 2);
-    for (ULONG i = 0; i < length; ++i)
+    if (const auto bytes = ArrayBytes(entryId))
     {
-        const _variant_t element = ArrayElement(entryId, i);
-        if (element.vt != VT_UI1)
-            continue;
-        hex += digits[element.bVal >> 4];
-        hex += digits[element.bVal & 0x0F];
+        for (const BYTE byte : *bytes)
+            AppendHex(hex, byte);
+        return hex;
     }
+    for (ULONG i = 0; i < length; ++i)
+        if (const _variant_t element = ArrayElement(entryId, i); element.vt == VT_UI1)
+            AppendHex(hex, element.bVal);
     return hex;
 }

@@ -1,6 +1,6 @@
 #include "localmapi/TextConversion.h"
 
-#include <bit>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -23,29 +23,39 @@ std::size_t WideFrom(UINT codePage, std::string_view text, wchar_t* buffer)
     return length ? MultiByteToWideChar(codePage, 0, text.data(), length, buffer, length) : 0;
 }
 
-// Four bytes as four code units, in their order.
-std::uint64_t Spread(std::uint32_t bytes)
+// So many at once that a compiler takes them by its widest instructions.
+constexpr std::size_t blockSize = 16;
+
+bool IsAsciiBlock(const char* bytes)
 {
-    const std::uint64_t pairs = (bytes | std::uint64_t{bytes} << 16) & 0x0000FFFF0000FFFF;
-    return (pairs | pairs << 8) & 0x00FF00FF00FF00FF;
+    std::array<std::uint64_t, blockSize / sizeof(std::uint64_t)> words;
+    std::memcpy(words.data(), bytes, blockSize);
+    std::uint64_t any = 0;
+    for (const std::uint64_t word : words)
+        any |= word;
+    return (any & 0x8080808080808080) == 0;
 }
 
-// Widens the text up to its first few bytes that are not all ASCII, or to its last few; gives how far. Most
-// mail is ASCII, whose characters are their own code units.
+// By copies of its own: of the caller's two a compiler must think that they may overlap.
+void WidenBlock(const char* bytes, wchar_t* buffer)
+{
+    std::array<unsigned char, blockSize> narrow;
+    std::array<wchar_t, blockSize> wide;
+    std::memcpy(narrow.data(), bytes, sizeof(narrow));
+    for (std::size_t place = 0; place < blockSize; ++place)
+        wide[place] = narrow[place];
+    std::memcpy(buffer, wide.data(), sizeof(wide));
+}
+
+// Widens the text up to its first byte that is not ASCII, or to its end; gives how
+// far. Most mail is ASCII, whose characters are their own code units.
 std::size_t WidenAscii(std::string_view text, wchar_t* buffer)
 {
-    constexpr std::uint64_t highBits = 0x8080808080808080;
-    static_assert(std::endian::native == std::endian::little);
     std::size_t place = 0;
-    for (std::uint64_t few = 0; place + sizeof(few) <= text.size(); place += sizeof(few))
-    {
-        std::memcpy(&few, text.data() + place, sizeof(few));
-        if (few & highBits)
-            break;
-        const std::uint64_t wide[] = {Spread(static_cast<std::uint32_t>(few)),
-                                      Spread(static_cast<std::uint32_t>(few >> 32))};
-        std::memcpy(buffer + place, wide, sizeof(wide));
-    }
+    for (; place + blockSize <= text.size() && IsAsciiBlock(text.data() + place); place += blockSize)
+        WidenBlock(text.data() + place, buffer + place);
+    for (; place < text.size() && static_cast<unsigned char>(text[place]) < 0x80; ++place)
+        buffer[place] = static_cast<unsigned char>(text[place]);
     return place;
 }
 

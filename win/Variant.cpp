@@ -71,6 +71,15 @@ ULONG ArrayLength(const VARIANT& array)
     return elements ? elements->rgsabound[0].cElements : 0;
 }
 
+std::optional<std::span<const BYTE>> ArrayBytes(const VARIANT& array)
+{
+    SAFEARRAY* elements = ArrayOf(array);
+    VARTYPE type = VT_EMPTY;
+    if (!elements || FAILED(::SafeArrayGetVartype(elements, &type)) || type != VT_UI1)
+        return std::nullopt;
+    return std::span(static_cast<const BYTE*>(elements->pvData), elements->rgsabound[0].cElements);
+}
+
 _variant_t ArrayElement(const VARIANT& array, ULONG index)
 {
     _variant_t element;

@@ -4,6 +4,8 @@
 
 #include <comutil.h>
 
+#include <optional>
+#include <span>
 #include <string>
 
 // Variants of exactly the type that a call's contract names. `_variant_t` alone would make VT_INT of an int.
@@ -24,3 +26,6 @@ _variant_t ArrayElement(const VARIANT& array, ULONG index);
 
 // The number of elements of a one-dimensional array variant; 0 for anything else.
 ULONG ArrayLength(const VARIANT& array);
+
+// The bytes of a one-dimensional array variant of bytes, borrowed; nothing for anything else.
+std::optional<std::span<const BYTE>> ArrayBytes(const VARIANT& array);

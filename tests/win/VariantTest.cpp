@@ -80,6 +80,21 @@ TEST(Variant, CountsArrayElementsFromTheLowerBound)
     EXPECT_EQ(ArrayElement(array, 1).bVal, 0xFF);
 }
 
+TEST(Variant, LendsTheBytesOfAnArrayOfBytesAndOfNothingElse)
+{
+    const _variant_t array = ArrayOfBytes(5, {0x0A, 0xFF});
+    SAFEARRAYBOUND bound{1, 0};
+    SafeArray numbers(::SafeArrayCreate(VT_I4, 1, &bound));
+
+    const auto bytes = ArrayBytes(array);
+
+    ASSERT_TRUE(bytes.has_value());
+    EXPECT_EQ(std::vector<BYTE>(bytes->begin(), bytes->end()), (std::vector<BYTE>{0x0A, 0xFF}));
+    EXPECT_EQ(ArrayBytes(ArrayOfBytes(0, {}))->size(), 0u);
+    EXPECT_FALSE(ArrayBytes(ArrayVariant(VT_I4, std::move(numbers))).has_value());
+    EXPECT_FALSE(ArrayBytes(TextVariant(L"text")).has_value());
+}
+
 TEST(Variant, TakesTheVariantOutOfAnArrayOfVariants)
 {
     SAFEARRAYBOUND bound{1, 0};
