@@ -17,7 +17,8 @@ namespace
 {
 constexpr DWORD none = TLS_OUT_OF_INDEXES;
 
-// The slots that this library holds. The runtime takes two; those beyond the room here would stay taken.
+// The slots that this library holds. The runtime takes two, the heap one; those beyond the room here would
+// stay taken.
 std::array<std::atomic<DWORD>, 4> held{none, none, none, none};
 
 // Named directly, the system's functions would be the two below. Nothing here may need the thread library: it
@@ -73,9 +74,8 @@ extern "C"
 
 extern "C" BOOL WINAPI LibraryEntry(HINSTANCE module, DWORD reason, LPVOID reserved)
 {
-    if (reason == DLL_PROCESS_ATTACH && !MakeLibraryHeap())
-        return FALSE;
-    const BOOL done = DllMainCRTStartup(module, reason, reserved);
+    const bool hasHeap = reason != DLL_PROCESS_ATTACH || MakeLibraryHeap();
+    const BOOL done = hasHeap && DllMainCRTStartup(module, reason, reserved);
     if (reason == DLL_THREAD_DETACH)
         FreeBlocksOfThread();
     // Destructors of the library may still lock a mutex and free memory, so its slots and its heap go last;

@@ -139,8 +139,6 @@ void FreeBlocksOfThread() noexcept
 
 void FreeLibraryHeap() noexcept
 {
-    if (slot != TLS_OUT_OF_INDEXES)
-        ::TlsFree(slot);
     if (heap)
         ::HeapDestroy(heap);
 }
