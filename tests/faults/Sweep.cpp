@@ -8,11 +8,29 @@
 #include <cstdio>
 #include <cstdlib>
 #include <random>
-#include <set>
+#include <stdexcept>
 #include <vector>
 
 namespace
 {
+// The part of a sweep that this process makes: of every `of` cases the one with this number, from 0.
+struct Share
+{
+    std::size_t number = 0;
+    std::size_t of = 1;
+};
+
+// From TQODR_SHARE, "2/3" for the second of three.
+Share ShareFromEnvironment()
+{
+    const char* given = std::getenv("TQODR_SHARE");
+    std::size_t number = 1;
+    std::size_t of = 1;
+    if (given && (std::sscanf(given, "%zu/%zu", &number, &of) != 2 || number < 1 || number > of))
+        throw std::invalid_argument("TQODR_SHARE is no share as \"2/3\" is one");
+    return {number - 1, of};
+}
+
 class SweepRunner
 {
 public:
@@ -73,7 +91,7 @@ private:
 
     void Attempt(const RunChoice& choice, LONG number, std::size_t kind)
     {
-        if (testing::Test::HasFailure())
+        if (testing::Test::HasFailure() || cases++ % share.of != share.number)
             return;
         const SweepCase attempt{choice, number, kind};
         const LONG happened = sweep.attempt(attempt);
@@ -85,6 +103,11 @@ private:
         if (now > held && !testing::Test::HasFailure())
             now = ExpectNoLeak(attempt, now);
         held = std::max(held, now);
+        if (runs % 1000 == 0)
+        {
+            std::printf("%zu runs\n", runs);
+            std::fflush(stdout);
+        }
     }
 
     // What a process keeps for later it does not take anew each time.
@@ -105,6 +128,8 @@ private:
     }
 
     const Sweep& sweep;
+    const Share share = ShareFromEnvironment();
+    std::size_t cases = 0;    // come to, those of other shares too
     std::size_t held = 0;
     std::size_t runs = 0;
     std::size_t hit = 0;

@@ -29,8 +29,9 @@ struct Sweep
 // The calls of a run with every criterion, one after another or, where there are many, one in a few, each
 // with an action and a kind in turn; in the long form (the environment's TQODR_LONG) every call of every run
 // with every kind in turn, and every kind for the calls of the run with every criterion. Which come together
-// depends on a seed, printed with the figures; TQODR_SEED gives one. A case that leaves memory behind each
-// time it is made again fails. Ends with the first case that fails.
+// depends on a seed, printed with the figures; TQODR_SEED gives one. TQODR_SHARE=2/3 makes the second third
+// of the cases, so that some processes with one seed may share the long form. A case that leaves memory
+// behind each time it is made again fails. Ends with the first case that fails.
 void RunSweep(const Sweep& sweep);
 
 bool IsLongForm();
