@@ -32,7 +32,7 @@ inline OwnedProcess StartInThisProgram(const std::wstring& test)
     PROCESS_INFORMATION process{};
     const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                                         &startup, &process);
-    EXPECT_TRUE(started);
+    EXPECT_TRUE(started) << "error " << GetLastError();
     if (started)
         CloseHandle(process.hThread);
     return OwnedProcess(process.hProcess);
