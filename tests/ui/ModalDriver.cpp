@@ -73,7 +73,7 @@ void CloseAllDialogs()
         ::Sleep(20);
         return dialogs.empty();
     };
-    if (Poll(closed, Clock::now() + std::chrono::seconds(20)))
+    if (Poll(closed, Clock::now() + std::chrono::seconds(60)))
         return;
     std::fputs("a dialog does not close\n", stderr);
     std::abort();

@@ -25,7 +25,7 @@ class ModalDriver
 public:
     using Script = std::function<void(ModalDriver& user)>;
 
-    explicit ModalDriver(Script script, std::chrono::milliseconds deadline = std::chrono::seconds(20));
+    explicit ModalDriver(Script script, std::chrono::milliseconds deadline = std::chrono::seconds(60));
     ModalDriver(const ModalDriver&) = delete;
     ModalDriver& operator=(const ModalDriver&) = delete;
     ~ModalDriver();
