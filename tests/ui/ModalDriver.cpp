@@ -64,16 +64,11 @@ void CloseAllDialogs()
     const auto closed = []
     {
         const std::vector<HWND> dialogs = ShownDialogs();
-        for (const HWND dialog : dialogs)
-        {
-            // A question is answered with No, as not every one can be cancelled.
-            const HWND no = ::GetDlgItem(dialog, IDNO);
-            ::PostMessageW(dialog, WM_COMMAND, no ? IDNO : IDCANCEL, reinterpret_cast<LPARAM>(no));
-        }
+        std::ranges::for_each(dialogs, &PostCancel);
         ::Sleep(20);
         return dialogs.empty();
     };
-    if (Poll(closed, Clock::now() + std::chrono::seconds(60)))
+    if (Poll(closed, Clock::now() + dialogPatience))
         return;
     std::fputs("a dialog does not close\n", stderr);
     std::abort();
@@ -202,6 +197,12 @@ std::vector<HWND> ShownDialogs()
     std::vector<HWND> dialogs;
     ::EnumWindows(&AddShownDialog, reinterpret_cast<LPARAM>(&dialogs));
     return dialogs;
+}
+
+void PostCancel(HWND dialog)
+{
+    const HWND no = ::GetDlgItem(dialog, IDNO);
+    ::PostMessageW(dialog, WM_COMMAND, no ? IDNO : IDCANCEL, reinterpret_cast<LPARAM>(no));
 }
 
 std::wstring TextOf(HWND window)

@@ -8,6 +8,9 @@
 #include <thread>
 #include <vector>
 
+// How long a test waits for what a dialog or a run behind it is to do: long enough for a busy machine.
+constexpr std::chrono::seconds dialogPatience{60};
+
 // Uses modal dialogs as a person would, on a thread of its own, while the thread that runs them (the test's
 // or a worker) is inside DoModal or MessageBox:
 //
@@ -25,7 +28,7 @@ class ModalDriver
 public:
     using Script = std::function<void(ModalDriver& user)>;
 
-    explicit ModalDriver(Script script, std::chrono::milliseconds deadline = std::chrono::seconds(60));
+    explicit ModalDriver(Script script, std::chrono::milliseconds deadline = dialogPatience);
     ModalDriver(const ModalDriver&) = delete;
     ModalDriver& operator=(const ModalDriver&) = delete;
     ~ModalDriver();
@@ -65,6 +68,9 @@ private:
 
 // The dialogs and message boxes of this process that are shown, the topmost first.
 std::vector<HWND> ShownDialogs();
+
+// Asks a dialog to go; returns at once. A question is answered with No, as not every one can be cancelled.
+void PostCancel(HWND dialog);
 
 // A control's text, of any length.
 std::wstring TextOf(HWND window);

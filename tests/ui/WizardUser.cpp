@@ -68,13 +68,6 @@ void ClickInto(HWND dialog)
                                });
 }
 
-// A question is answered with No, as not every one can be cancelled.
-void PostCancel(HWND dialog)
-{
-    const HWND no = ::GetDlgItem(dialog, IDNO);
-    ::PostMessageW(dialog, WM_COMMAND, no ? IDNO : IDCANCEL, reinterpret_cast<LPARAM>(no));
-}
-
 std::string Describe(HWND window)
 {
     return testing::PrintToString(TextOf(window));
@@ -420,7 +413,7 @@ std::string WizardUser::Moves() const
 void WizardUser::CloseAll()
 {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::seconds(30);
+    const auto end = Clock::now() + dialogPatience;
     while (!over)
     {
         for (const HWND dialog : ShownDialogs())
